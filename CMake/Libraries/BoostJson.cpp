@@ -1,0 +1,2 @@
+// Boost.JSON is compiled here, once, for every target that reads or writes JSON.
+#include <boost/json/src.hpp>

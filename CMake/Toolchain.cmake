@@ -1,0 +1,44 @@
+# Compiler, linker and cache settings that every target shares.
+
+set(ORVANE_SANITIZE "" CACHE STRING "Value of -fsanitize= for all targets; empty for none")
+option(ORVANE_FUZZ "Build the fuzz targets (needs clang)" OFF)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
+                    -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # g++ 12 takes an aggregate with member defaults for incomplete when the rest are left out on purpose.
+  add_compile_options(-Wno-missing-field-initializers)
+else()
+  # clang has no reason to know gcc's warnings, and it is only used for fuzzing and linting.
+  add_compile_options(-Wno-missing-field-initializers -Wno-unknown-warning-option -Wno-missing-designated-field-initializers)
+endif()
+
+if(ORVANE_SANITIZE)
+  # -O1 keeps sanitized tests quick; -g1 is enough for the line numbers of a report.
+  add_compile_options(-fsanitize=${ORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1 -g1)
+  add_link_options(-fsanitize=${ORVANE_SANITIZE})
+  if(ORVANE_SANITIZE MATCHES "thread" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Asio uses fences around its own atomics; gcc warns that they are not seen by the sanitizer.
+    add_compile_options(-Wno-tsan)
+  endif()
+endif()
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+
+# No path of the building machine ends in the binary, and two clones share their cached objects.
+add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=" "-ffile-prefix-map=${CMAKE_BINARY_DIR}/=")
+
+find_program(MOLD mold)
+if(MOLD)
+  add_link_options(-fuse-ld=mold)
+endif()
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  # ccache 4.7 takes its settings from the environment only. Precompiled headers are cached when ccache may ignore what they say about times.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+      env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+      CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${CCACHE})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-fpch-preprocess)
+  endif()
+endif()
