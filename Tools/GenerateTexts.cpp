@@ -62,10 +62,12 @@ int main(int argumentCount, char** arguments) {
            << "constexpr TextEntry entries[] = {\n";
     for (const auto& [key, texts] : table) {
         output << "    {" << quoted(key) << ", {";
-        for (const std::string& text : texts) output << quoted(text) << ", ";
+        for (const std::string& text : texts)
+            output << quoted(text) << ", ";
         output << "}},\n";
     }
-    output << "};\n\n}  // namespace\n\nstd::span<const TextEntry> textTable() { return entries; }\n\n}  // namespace orvane\n";
+    output << "};\n\n}  // namespace\n\nstd::span<const TextEntry> textTable() { return entries; }\n\n}  // namespace "
+              "orvane\n";
     output.close();
     if (!output) fail(std::string("cannot write ") + arguments[2]);
 }

@@ -15,7 +15,7 @@ constexpr double lastSecond = 253402300799.0;   // 9999-12-31T23:59:59Z
 
 /// Takes digits off the front of a text; every failure sticks.
 class Reader {
-   public:
+ public:
     explicit Reader(std::string_view text) : rest_(text) {}
 
     int number(std::size_t digits) {
@@ -57,7 +57,7 @@ class Reader {
     bool failed() const { return failed_; }
     bool atEnd() const { return rest_.empty(); }
 
-   private:
+ private:
     int fail() {
         failed_ = true;
         return 0;

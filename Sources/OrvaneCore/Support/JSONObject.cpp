@@ -20,10 +20,14 @@ std::optional<std::int64_t> wholeNumber(const JsonValue& value) {
 
 std::optional<double> anyNumber(const JsonValue& value) {
     switch (value.kind()) {
-        case boost::json::kind::int64: return static_cast<double>(value.get_int64());
-        case boost::json::kind::uint64: return static_cast<double>(value.get_uint64());
-        case boost::json::kind::double_: return value.get_double();
-        default: return std::nullopt;
+        case boost::json::kind::int64:
+            return static_cast<double>(value.get_int64());
+        case boost::json::kind::uint64:
+            return static_cast<double>(value.get_uint64());
+        case boost::json::kind::double_:
+            return value.get_double();
+        default:
+            return std::nullopt;
     }
 }
 

@@ -19,7 +19,7 @@ namespace orvane {
 /// Reads the members of a JSON object that somebody else wrote. A member that is missing or has another type than the
 /// one asked for takes its default; nothing throws. It looks into the value it was made of and must not outlive it.
 class JSONObject {
-   public:
+ public:
     /// An object without members.
     JSONObject() = default;
     /// A value that is no object reads as an object without members.
@@ -68,10 +68,11 @@ class JSONObject {
     template <typename Visit>
     void forEach(Visit visit) const {
         if (object_ == nullptr) return;
-        for (const auto& member : *object_) visit(std::string_view(member.key()), member.value());
+        for (const auto& member : *object_)
+            visit(std::string_view(member.key()), member.value());
     }
 
-   private:
+ private:
     const boost::json::object* object_ = nullptr;
 };
 

@@ -13,25 +13,41 @@ namespace orvane::Json {
 namespace {
 
 class Writer {
-   public:
+ public:
     explicit Writer(Layout layout) : layout_(layout) {}
 
     void write(const JsonValue& value) {
         switch (value.kind()) {
-            case boost::json::kind::null: text_ += "null"; break;
-            case boost::json::kind::bool_: text_ += value.get_bool() ? "true" : "false"; break;
-            case boost::json::kind::int64: append(value.get_int64()); break;
-            case boost::json::kind::uint64: append(value.get_uint64()); break;
-            case boost::json::kind::double_: writeNumber(value.get_double()); break;
-            case boost::json::kind::string: writeString(value.get_string()); break;
-            case boost::json::kind::array: writeArray(value.get_array()); break;
-            case boost::json::kind::object: writeObject(value.get_object()); break;
+            case boost::json::kind::null:
+                text_ += "null";
+                break;
+            case boost::json::kind::bool_:
+                text_ += value.get_bool() ? "true" : "false";
+                break;
+            case boost::json::kind::int64:
+                append(value.get_int64());
+                break;
+            case boost::json::kind::uint64:
+                append(value.get_uint64());
+                break;
+            case boost::json::kind::double_:
+                writeNumber(value.get_double());
+                break;
+            case boost::json::kind::string:
+                writeString(value.get_string());
+                break;
+            case boost::json::kind::array:
+                writeArray(value.get_array());
+                break;
+            case boost::json::kind::object:
+                writeObject(value.get_object());
+                break;
         }
     }
 
     std::string take() { return std::move(text_); }
 
-   private:
+ private:
     template <typename Number>
     void append(Number number) {
         fmt::format_to(std::back_inserter(text_), "{}", number);
@@ -49,12 +65,23 @@ class Writer {
         text_ += '"';
         for (const char byte : string) {
             switch (byte) {
-                case '"': text_ += "\\\""; break;
-                case '\\': text_ += "\\\\"; break;
-                case '\n': text_ += "\\n"; break;
-                case '\r': text_ += "\\r"; break;
-                case '\t': text_ += "\\t"; break;
-                default: writeByte(byte);
+                case '"':
+                    text_ += "\\\"";
+                    break;
+                case '\\':
+                    text_ += "\\\\";
+                    break;
+                case '\n':
+                    text_ += "\\n";
+                    break;
+                case '\r':
+                    text_ += "\\r";
+                    break;
+                case '\t':
+                    text_ += "\\t";
+                    break;
+                default:
+                    writeByte(byte);
             }
         }
         text_ += '"';
@@ -81,7 +108,8 @@ class Writer {
     void writeObject(const boost::json::object& object) {
         std::vector<const boost::json::key_value_pair*> members;
         members.reserve(object.size());
-        for (const auto& member : object) members.push_back(&member);
+        for (const auto& member : object)
+            members.push_back(&member);
         std::ranges::sort(members, {}, [](const auto* member) { return std::string_view(member->key()); });
         open('{');
         for (const auto* member : members) {

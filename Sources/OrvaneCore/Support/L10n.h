@@ -37,7 +37,7 @@ struct L10n {
         return format(pluralKey(key, count), {Argument(count), Argument(arguments)...});
     }
 
-   private:
+ private:
     std::string pluralKey(std::string_view key, long long count) const;
     std::string format(std::string_view key, std::initializer_list<Argument> arguments) const;
 };

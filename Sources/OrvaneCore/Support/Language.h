@@ -14,9 +14,9 @@ enum class Language { en, fr, es, pt, zhHans, ja, de };
 template <>
 struct RawValues<Language> {
     static constexpr std::array table = {
-        rawValueOf(Language::en, "en"),         rawValueOf(Language::fr, "fr"), rawValueOf(Language::es, "es"),
-        rawValueOf(Language::pt, "pt"),         rawValueOf(Language::zhHans, "zhHans"),
-        rawValueOf(Language::ja, "ja"),         rawValueOf(Language::de, "de"),
+        rawValueOf(Language::en, "en"), rawValueOf(Language::fr, "fr"),         rawValueOf(Language::es, "es"),
+        rawValueOf(Language::pt, "pt"), rawValueOf(Language::zhHans, "zhHans"), rawValueOf(Language::ja, "ja"),
+        rawValueOf(Language::de, "de"),
     };
 };
 

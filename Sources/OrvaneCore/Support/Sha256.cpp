@@ -15,7 +15,8 @@ Sha256Digest sha256(std::string_view bytes) {
 
 std::string sha256Hex(std::string_view bytes) {
     std::string text;
-    for (const std::uint8_t byte : sha256(bytes)) fmt::format_to(std::back_inserter(text), "{:02x}", byte);
+    for (const std::uint8_t byte : sha256(bytes))
+        fmt::format_to(std::back_inserter(text), "{:02x}", byte);
     return text;
 }
 

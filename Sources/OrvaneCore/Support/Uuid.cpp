@@ -59,9 +59,13 @@ std::string Uuid::text(const char* digits) const {
     return result;
 }
 
-std::string Uuid::upperText() const { return text("0123456789ABCDEF"); }
+std::string Uuid::upperText() const {
+    return text("0123456789ABCDEF");
+}
 
-std::string Uuid::lowerText() const { return text("0123456789abcdef"); }
+std::string Uuid::lowerText() const {
+    return text("0123456789abcdef");
+}
 
 }  // namespace orvane
 

@@ -12,7 +12,7 @@ namespace orvane {
 
 /// A 128-bit identifier (RFC 4122). The zero value is "no id" and is never handed out by `random`.
 class Uuid {
-   public:
+ public:
     constexpr Uuid() = default;
     constexpr explicit Uuid(const std::array<std::uint8_t, 16>& value) : bytes_(value) {}
 
@@ -31,7 +31,7 @@ class Uuid {
 
     auto operator<=>(const Uuid&) const = default;
 
-   private:
+ private:
     std::string text(const char* digits) const;
 
     std::array<std::uint8_t, 16> bytes_{};
