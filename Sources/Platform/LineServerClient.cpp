@@ -1,0 +1,210 @@
+#include "Platform/LineServerClient.h"
+
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <utility>
+
+namespace orvane {
+
+namespace {
+
+constexpr std::size_t readSizeInBytes = 64 << 10;
+constexpr int requestsPerTurn = 64;
+/// Deadlines are limits of patience, not appointments; the loop may join them with other timers.
+constexpr Duration clockTolerance = std::chrono::milliseconds(500);
+
+}  // namespace
+
+LineServer::Client::Client(LineServer& server, std::uint64_t id, FileDescriptor socket)
+    : server_(&server), id_(id), socket_(std::move(socket)) {}
+
+void LineServer::Client::start() {
+    restartClock(server_->limits_.firstRequest);
+    listen();
+}
+
+void LineServer::Client::listen() {
+    readWatch_ = server_->loop_.watch(socket_.number(), Readiness::readable, [this] {
+        const auto self = shared_from_this();
+        self->readAvailable();
+    });
+}
+
+void LineServer::Client::readAvailable() {
+    std::array<char, readSizeInBytes> buffer;
+    const ssize_t length = recv(socket_.number(), buffer.data(), buffer.size(), 0);
+    if (length < 0 && (errno == EAGAIN || errno == EINTR)) return;
+    if (length > 0) {
+        if (phase_ == Phase::closing) return;
+        if (phase_ == Phase::reading && waiting().empty() && !swallowing_) restartClock(server_->limits_.wholeRequest);
+        received_.append(buffer.data(), static_cast<std::size_t>(length));
+        return handOut();
+    }
+    // A client that has only closed its writing side still gets the answer to what it asked.
+    if (length < 0 || phase_ == Phase::streaming || (phase_ == Phase::reading && unsent_.empty())) return close();
+    peerFinished_ = true;
+    readWatch_.reset();
+    if (phase_ == Phase::reading) phase_ = Phase::closing;
+}
+
+/// Gives whole lines to the handler, one after the reply to the other.
+void LineServer::Client::handOut() {
+    if (handingOut_) return;
+    handingOut_ = true;
+    int handedOut = 0;
+    while (phase_ == Phase::reading && handedOut < requestsPerTurn && handOutOne())
+        ++handedOut;
+    handingOut_ = false;
+    if (server_ == nullptr) return;
+    if (handedOut == requestsPerTurn) {
+        // A client that sends thousands of requests at once must not hold up everybody else.
+        server_->loop_.post([weak = weak_from_this()] {
+            if (const auto self = weak.lock()) self->handOut();
+        });
+    }
+    if (phase_ != Phase::reading && waiting().size() > server_->limits_.requestSizeInBytes) {
+        readWatch_.reset();  // enough is waiting; the rest may wait in the socket
+    }
+}
+
+/// Whether the next line was handed out or dropped; false when there is no whole line yet.
+bool LineServer::Client::handOutOne() {
+    const auto end = waiting().find('\n', searched_);
+    if (swallowing_ || std::min(end, waiting().size()) > server_->limits_.requestSizeInBytes) {
+        swallow();
+        return !swallowing_;
+    }
+    if (end == std::string_view::npos) {
+        searched_ = waiting().size();
+        return false;
+    }
+    std::string line(waiting().substr(0, end));
+    consume(end + 1);
+    if (line.ends_with('\r')) line.pop_back();
+    phase_ = Phase::answering;
+    clock_.reset();
+    server_->handlers_.onRequest(shared_from_this(), line);
+    return true;
+}
+
+/// Drops a line that is too long up to its end, so that a client which first writes all and then reads gets the word.
+void LineServer::Client::swallow() {
+    const auto end = waiting().find('\n');
+    const std::size_t length = end == std::string_view::npos ? waiting().size() : end + 1;
+    swallowed_ += length;
+    consume(length);
+    swallowing_ = end == std::string_view::npos;
+    if (swallowed_ > server_->limits_.swallowedBytes) return refuse(Fault::requestTooLong);
+    if (swallowing_) return;
+    swallowed_ = 0;
+    send(server_->handlers_.faultReply(Fault::requestTooLong));
+    if (phase_ == Phase::reading) restartClock(server_->limits_.betweenRequests);
+}
+
+void LineServer::Client::consume(std::size_t length) {
+    consumed_ += length;
+    searched_ = 0;
+    if (consumed_ < received_.size() / 2) return;  // moving the rest each time would cost its square
+    received_.erase(0, consumed_);
+    consumed_ = 0;
+}
+
+void LineServer::Client::reply(std::string_view line) {
+    if (phase_ != Phase::answering) return;
+    phase_ = peerFinished_ && waiting().empty() ? Phase::closing : Phase::reading;
+    send(line);
+    if (phase_ != Phase::reading) return;
+    restartClock(waiting().empty() ? server_->limits_.betweenRequests : server_->limits_.wholeRequest);
+    if (!readWatch_ && !peerFinished_) listen();
+    handOut();
+}
+
+void LineServer::Client::stream(std::string_view line) {
+    if (phase_ == Phase::answering) phase_ = Phase::streaming;
+    if (phase_ == Phase::streaming) send(line);
+}
+
+void LineServer::Client::onClose(std::function<void()> callback) {
+    onClose_ = std::move(callback);
+}
+
+void LineServer::Client::refuse(Fault fault) {
+    if (server_ == nullptr || phase_ == Phase::closing || phase_ == Phase::closed) return;
+    phase_ = Phase::closing;
+    restartClock(server_->limits_.wholeRequest);
+    send(server_->handlers_.faultReply(fault));
+}
+
+void LineServer::Client::send(std::string_view line) {
+    if (phase_ == Phase::closed || server_ == nullptr) return;
+    unsent_ += line;
+    unsent_ += '\n';
+    if (!writeWatch_) flush();
+    if (server_ != nullptr && unsent_.size() > server_->limits_.unsentBytes) drop();
+}
+
+/// Gives up a client that does not read. It closes in a later turn, since the sender may be in the middle of a list of
+/// clients.
+void LineServer::Client::drop() {
+    phase_ = Phase::closing;
+    unsent_.clear();
+    server_->loop_.post([weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->close();
+    });
+}
+
+void LineServer::Client::flush() {
+    std::size_t sent = 0;
+    while (sent < unsent_.size()) {
+        const ssize_t length = ::send(socket_.number(), unsent_.data() + sent, unsent_.size() - sent, MSG_NOSIGNAL);
+        if (length >= 0) {
+            sent += static_cast<std::size_t>(length);
+        } else if (errno == EAGAIN) {
+            break;
+        } else if (errno != EINTR) {
+            return drop();
+        }
+    }
+    unsent_.erase(0, sent);
+    if (unsent_.empty()) {
+        writeWatch_.reset();
+        if (phase_ == Phase::closing) close();
+    } else if (!writeWatch_) {
+        writeWatch_ = server_->loop_.watch(socket_.number(), Readiness::writable, [this] {
+            const auto self = shared_from_this();
+            self->flush();
+        });
+    }
+}
+
+void LineServer::Client::close() {
+    if (phase_ == Phase::closed) return;
+    LineServer* server = server_;
+    detach();
+    if (server != nullptr) server->remove(id_);
+}
+
+void LineServer::Client::detach() {
+    phase_ = Phase::closed;
+    server_ = nullptr;
+    readWatch_.reset();
+    writeWatch_.reset();
+    clock_.reset();
+    socket_.close();
+    if (const auto callback = std::exchange(onClose_, nullptr)) callback();
+}
+
+void LineServer::Client::restartClock(Duration limit) {
+    clock_ = server_->loop_.after(limit, [this] { runOut(); }, clockTolerance);
+}
+
+void LineServer::Client::runOut() {
+    const auto self = shared_from_this();
+    if (phase_ == Phase::closing) return close();
+    refuse(Fault::requestTooSlow);
+}
+
+}  // namespace orvane

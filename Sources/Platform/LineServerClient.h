@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Platform/LineServer.h"
+
+namespace orvane {
+
+/// The server's side of one connection.
+class LineServer::Client final : public LineServer::Connection,
+                                 public std::enable_shared_from_this<LineServer::Client> {
+ public:
+    Client(LineServer& server, std::uint64_t id, FileDescriptor socket);
+
+    void start();
+    void reply(std::string_view line) override;
+    void stream(std::string_view line) override;
+    void onClose(std::function<void()> callback) override;
+
+    /// Sends a last line and closes when it is out.
+    void refuse(Fault fault);
+    /// Forgets the server, which is going away or has dropped this client.
+    void detach();
+
+ private:
+    enum class Phase {
+        reading,    ///< waiting for a request, or for the rest of one
+        answering,  ///< the handler has a request and owes a reply
+        streaming,
+        closing,  ///< only what is unsent keeps it open
+        closed,
+    };
+
+    void listen();
+    void readAvailable();
+    void handOut();
+    bool handOutOne();
+    void swallow();
+    std::string_view waiting() const { return std::string_view(received_).substr(consumed_); }
+    void consume(std::size_t length);
+    void send(std::string_view line);
+    void flush();
+    void drop();
+    void close();
+    void restartClock(Duration limit);
+    void runOut();
+
+    LineServer* server_;
+    std::uint64_t id_;
+    FileDescriptor socket_;
+    Phase phase_ = Phase::reading;
+    bool peerFinished_ = false;  ///< the client will send nothing more
+    bool handingOut_ = false;
+    bool swallowing_ = false;  ///< the current line is over the limit
+    std::size_t swallowed_ = 0;
+    std::string received_;
+    std::size_t consumed_ = 0;  ///< bytes of `received_` that are done with
+    std::size_t searched_ = 0;  ///< bytes after those that hold no line end
+    std::string unsent_;
+    Registration readWatch_;
+    Registration writeWatch_;
+    Registration clock_;
+    std::function<void()> onClose_;
+};
+
+}  // namespace orvane
