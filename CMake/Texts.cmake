@@ -10,4 +10,5 @@ function(orvane_add_texts TARGET)
     COMMENT "Collecting the texts of all languages"
     VERBATIM)
   target_sources(${TARGET} PRIVATE "${table}")
+  add_custom_target(generated DEPENDS "${table}")
 endfunction()

@@ -6,11 +6,9 @@
 #include "Platform/Environment.h"
 #include "Platform/SystemError.h"
 
-namespace orvane {
-
 /// Where this system keeps the program's files. Paths are absolute, without a slash at the end; nothing is created
 /// unless a function says so.
-namespace Folders {
+namespace orvane::Folders {
 
 /// $HOME, else the home of the password file, else "/".
 std::string home(const Environment& environment);
@@ -32,6 +30,4 @@ std::expected<std::string, SystemError> temporary(const Environment& environment
 /// to others if it was open; a link or somebody else's folder is an error.
 std::expected<void, SystemError> makePrivate(const std::string& path);
 
-}  // namespace Folders
-
-}  // namespace orvane
+}  // namespace orvane::Folders

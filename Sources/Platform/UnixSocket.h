@@ -6,10 +6,8 @@
 #include "Platform/FileDescriptor.h"
 #include "Platform/SystemError.h"
 
-namespace orvane {
-
 /// Stream sockets in the file system. All descriptors are close-on-exec.
-namespace UnixSocket {
+namespace orvane::UnixSocket {
 
 /// Longest path that the system takes for a socket, in bytes.
 inline constexpr std::size_t longestPath = 107;
@@ -24,6 +22,4 @@ std::expected<FileDescriptor, SystemError> connectTo(const std::string& path);
 /// Whether the process at the other end runs as our user.
 bool peerIsOurUser(int socket);
 
-}  // namespace UnixSocket
-
-}  // namespace orvane
+}  // namespace orvane::UnixSocket

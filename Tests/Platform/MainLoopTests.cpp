@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <thread>
 
@@ -171,7 +172,7 @@ TEST(MainLoop, RealLoopRunsPostsFromOtherThreadsInOrderAndTimers) {
     auto timer = loop.after(0ms, [&] { fired = true; });
     loop.run();
     ASSERT_EQ(order.size(), 1000U);
-    EXPECT_TRUE(std::ranges::is_sorted(order));
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
     EXPECT_TRUE(fired);
 }
 
