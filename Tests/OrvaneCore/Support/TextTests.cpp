@@ -1,0 +1,279 @@
+#include "OrvaneCore/Support/Text.h"
+
+#include <gtest/gtest.h>
+#include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+namespace {
+
+const std::string family = "👨‍👩‍👧";  // three people and two joiners
+const std::string accented = "e\u0301";           // e and a combining acute accent
+
+std::string utf8(const icu::UnicodeString& text) {
+    std::string result;
+    text.toUTF8String(result);
+    return result;
+}
+
+/// Bytes that hold much of what goes wrong: cut, overlong and surrogate sequences between sound ones.
+std::string hostileText(std::mt19937& random) {
+    static const std::vector<std::string> pieces = {
+        "a",    "\r",   "\n",     "\x80",   "\xC3",     "\xE2\x82", "\xF0\x9F\x91", "\xED\xA0\x80", "\xC0\xAF",
+        "\xFF", "\xCC", "\u0301", "가",     "\u1100",   "\u1161",   "\u11A8",       "👨",           "\u200D",
+        "🇩",    "🇪",    "\u0600", "\uFE0F", "\xF4\x90", "é",        "\u0B47",       "\u0B3E",       "Ａ"};
+    std::string text;
+    for (auto count = random() % 12; count > 0; --count)
+        text += pieces[random() % pieces.size()];
+    return text;
+}
+
+}  // namespace
+
+TEST(TextTest, countsAndCutsCharacters) {
+    struct Case {
+        std::string text;
+        std::vector<std::string> characters;
+    };
+    const std::vector<Case> cases = {
+        {"", {}},
+        {"abc", {"a", "b", "c"}},
+        {"a\r\nb\n\r", {"a", "\r\n", "b", "\n", "\r"}},
+        {"\r\n\r\n", {"\r\n", "\r\n"}},
+        {accented + "x" + accented, {accented, "x", accented}},
+        {"a" + family + "🇩🇪🇫🇷b", {"a", family, "🇩🇪", "🇫🇷", "b"}},
+        {"\u0600"
+         "1ok",
+         {"\u0600"
+          "1",
+          "o", "k"}},  // an Arabic number sign goes before its digit
+        {"한국", {"한", "국"}},
+        {"a\xE2\x82"
+         "b\xFF\xFF",
+         {"a", "\xE2\x82", "b", "\xFF", "\xFF"}},
+    };
+    for (const auto& [text, characters] : cases) {
+        SCOPED_TRACE(testing::PrintToString(text));
+        EXPECT_EQ(Text::characterCount(text), characters.size());
+        std::string before;
+        for (std::size_t count = 0; count <= characters.size() + 1; ++count) {
+            EXPECT_EQ(Text::prefix(text, count), before) << count;
+            const std::size_t left = characters.size() - std::min(count, characters.size());
+            EXPECT_EQ(Text::suffix(text, left), text.substr(before.size())) << left;
+            if (count < characters.size()) before += characters[count];
+        }
+    }
+}
+
+TEST(TextTest, truncatesToACountThatHoldsTheEllipsis) {
+    struct Case {
+        std::string text;
+        std::size_t count;
+        std::string ellipsis;
+        std::string expected;
+    };
+    const std::vector<Case> cases = {
+        {"abcdef", 6, "…", "abcdef"},
+        {"abcdef", 5, "…", "abcd…"},
+        {"abcdef", 5, "...", "ab..."},
+        {"abcdef", 2, "...", ".."},
+        {"abcdef", 1, "…", "…"},
+        {"abcdef", 0, "…", ""},
+        {"", 0, "…", ""},
+        {"ab", 1, "", "a"},
+        {"x" + family + family, 3, "…", "x" + family + family},
+        {"x\r\ny", 2, "…", "x…"},
+        {family + "ab", 2, "…", family + "…"},
+    };
+    for (const auto& [text, count, ellipsis, expected] : cases) {
+        EXPECT_EQ(Text::truncated(text, count, ellipsis), expected) << text << " to " << count;
+    }
+}
+
+TEST(TextTest, foldsEveryCodePointAsIcuDoes) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2& canonical = *icu::Normalizer2::getNFDInstance(status);
+    const icu::Normalizer2& compatible = *icu::Normalizer2::getNFKCInstance(status);
+    const icu::Normalizer2& composed = *icu::Normalizer2::getNFCInstance(status);
+    ASSERT_TRUE(U_SUCCESS(status));
+    int differences = 0;
+    for (UChar32 codePoint = 0; codePoint < 0x110000 && differences < 10; ++codePoint) {
+        if (U_IS_SURROGATE(codePoint)) continue;
+        const icu::UnicodeString original(codePoint);
+        icu::UnicodeString expected = original;
+        const int type = u_getIntPropertyValue(codePoint, UCHAR_DECOMPOSITION_TYPE);
+        if (type == U_DT_WIDE || type == U_DT_NARROW) compatible.getRawDecomposition(codePoint, expected);
+        for (int round = 0; round < 3; ++round) {
+            icu::UnicodeString bases;
+            const icu::UnicodeString parts = canonical.normalize(expected, status);
+            for (int32_t index = 0; index < parts.length(); index = parts.moveIndex32(index, 1)) {
+                if (u_charType(parts.char32At(index)) != U_NON_SPACING_MARK) bases.append(parts.char32At(index));
+            }
+            expected = bases.foldCase();
+        }
+        if (u_getIntPropertyValue(codePoint, UCHAR_HANGUL_SYLLABLE_TYPE) != U_HST_NOT_APPLICABLE) {
+            expected = composed.normalize(expected, status);
+        }
+        if (Text::folded(utf8(original)) == utf8(expected)) continue;
+        ++differences;
+        ADD_FAILURE() << "U+" << std::hex << codePoint << " folds to " << Text::folded(utf8(original)) << ", not "
+                      << utf8(expected);
+    }
+}
+
+TEST(TextTest, foldsWhatPeopleTakeForTheSame) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"Éclair E\u0301COLE", "eclair ecole"},
+        {"ＡＢＣ　１２", "abc 12"},
+        {"Straße STRASSE", "strasse strasse"},
+        {"İstanbul ΣΊΣΥΦΟΣ", "istanbul σισυφοσ"},
+        {"ｶﾞｷﾞｸ", "カキク"},
+        {"がか ガ", "かか カ"},
+        {"ﬁ ½ ² ①", "fi ½ ² ①"},
+        {"\u212B \u2126 Ǆ", "a ω ǆ"},
+        {"한국", "한국"},
+        {"\u1112\u1161\u11AB\u1100\u116E\u11A8", "한국"},
+        {"\u1161\u11A8 가\u11A7 각\u11A8", "\u1161\u11A8 가\u11A7 각\u11A8"},
+        {"❤\uFE0F", "❤"},
+        {"A\xFF"
+         "B\xE2\x82",
+         "a\uFFFD"
+         "b\uFFFD"},
+        {"Ελληνικά и Ё", "ελληνικα и е"},
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(Text::folded(text), expected) << text;
+
+    EXPECT_TRUE(Text::containsFolded("Das CAFÉ an der Straße", Text::folded("cafe\u0301")));
+    EXPECT_TRUE(Text::containsFolded("anything", ""));
+    EXPECT_FALSE(Text::containsFolded("한국", Text::folded("하")));
+}
+
+TEST(TextTest, foldsBothNormalFormsOfATextEqual) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2& decomposing = *icu::Normalizer2::getNFDInstance(status);
+    const icu::Normalizer2& composing = *icu::Normalizer2::getNFCInstance(status);
+    std::mt19937 random(20261121);
+    const std::vector<UChar32> starts = {0x41,   0xC0,   0x300,  0x370,  0x5D0,  0x900,  0xB40,  0x1100,  0x1161,
+                                         0x11A8, 0x1E00, 0x1F00, 0x3040, 0x3099, 0xAC00, 0xFF60, 0x1D158, 0x1D165};
+    for (int round = 0; round < 20000; ++round) {
+        icu::UnicodeString text;
+        for (int length = 0; length < 6; ++length) {
+            text.append(static_cast<UChar32>(starts[random() % starts.size()] + random() % 48));
+        }
+        const std::string composed = utf8(composing.normalize(text, status));
+        ASSERT_EQ(Text::folded(composed), Text::folded(utf8(decomposing.normalize(text, status)))) << composed;
+        ASSERT_EQ(Text::folded(Text::folded(composed)), Text::folded(composed)) << composed;
+    }
+}
+
+TEST(TextTest, comparesNamesWithoutCase) {
+    struct Case {
+        std::string a;
+        std::string b;
+        bool equal;
+    };
+    const std::vector<Case> cases = {
+        {"", "", true},
+        {"Main", "mAIN", true},
+        {"main", "mains", false},
+        {"[", "{", false},
+        {"@", "`", false},
+        {"Straße", "STRASSE", true},
+        {"É", "é", true},
+        {"É", "e", false},
+        {"ΑΣ", "ας", true},
+        {"Ａ", "ａ", true},
+        {"Ａ", "a", false},
+        {"a\xFF", "A\xFF", true},
+        {"a\xFF", "a\xFE", false},
+    };
+    for (const auto& [a, b, equal] : cases) {
+        EXPECT_EQ(Text::equalsIgnoringCase(a, b), equal) << a << " and " << b;
+        EXPECT_EQ(Text::caseFolded(a) == Text::caseFolded(b), equal) << a << " and " << b;
+    }
+}
+
+TEST(TextTest, trimsAndFlattens) {
+    struct Case {
+        std::string text;
+        std::string trimmed;
+        std::string oneLine;
+    };
+    using namespace std::string_literals;
+    const std::vector<Case> cases = {
+        {"", "", ""},
+        {" \t\r\n ", "", ""},
+        {"\u3000 a\u00A0b \u2028", "a\u00A0b", "a b"},
+        {"a \n\t b", "a \n\t b", "a b"},
+        {"\x1B[31mred\x1B[0m\x07", "\x1B[31mred\x1B[0m\x07", "[31mred [0m"},
+        {"a\0b\x7F"
+         "c\u0085"s,
+         "a\0b\x7F"
+         "c"s,
+         "a b c"},
+        {"\uFEFF\u202Eevil\u202C \u200E \u2066x\u2069", "\uFEFF\u202Eevil\u202C \u200E \u2066x\u2069", "evil x"},
+        {"pass\u200Bword\u2060s", "pass\u200Bword\u2060s", "passwords"},
+        {family + " می\u200Cخواهم", family + " می\u200Cخواهم", family + " می\u200Cخواهم"},
+        {" \xE2\x82 x\xFF ", "\xE2\x82 x\xFF", "\uFFFD x\uFFFD"},
+    };
+    for (const auto& [text, trimmed, oneLine] : cases) {
+        EXPECT_EQ(Text::trimmed(text), trimmed) << testing::PrintToString(text);
+        EXPECT_EQ(Text::oneLine(text), oneLine) << testing::PrintToString(text);
+    }
+}
+
+TEST(TextTest, replacesMalformedRuns) {
+    // The examples of the Unicode Standard, tables 3-8 to 3-11, and the edges around them.
+    const std::string r = "\uFFFD";
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"", ""},
+        {"plain ascii that is longer than a word", "plain ascii that is longer than a word"},
+        {"é€👨", "é€👨"},
+        {"\xC0\xAF\xE0\x80\xBF\xF0\x81\x82"
+         "A",
+         r + r + r + r + r + r + r + r + "A"},
+        {"\xED\xA0\x80\xED\xBF\xBF\xED\xAF"
+         "A",
+         r + r + r + r + r + r + r + r + "A"},
+        {"\xF4\x91\x92\x93\xFF"
+         "A\x80\xBF"
+         "B",
+         r + r + r + r + r + "A" + r + r + "B"},
+        {"\xE1\x80\xE2\xF0\x91\x92\xF1\xBF"
+         "A",
+         r + r + r + r + "A"},
+        {"longer than a word\xF0\x9F\x91", "longer than a word" + r},
+    };
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(Text::sanitizedUtf8(text), expected) << testing::PrintToString(text);
+        EXPECT_EQ(Text::isValidUtf8(text), text == expected) << testing::PrintToString(text);
+    }
+}
+
+TEST(TextTest, takesMalformedTextForItsReplacement) {
+    std::mt19937 random(7);
+    for (int round = 0; round < 20000; ++round) {
+        const std::string text = hostileText(random);
+        const std::string sane = Text::sanitizedUtf8(text);
+        SCOPED_TRACE(testing::PrintToString(text));
+        ASSERT_TRUE(Text::isValidUtf8(sane));
+        ASSERT_EQ(Text::characterCount(text), Text::characterCount(sane));
+        ASSERT_EQ(Text::folded(text), Text::folded(sane));
+        ASSERT_EQ(Text::sanitizedUtf8(Text::caseFolded(text)), Text::caseFolded(sane));
+        ASSERT_EQ(Text::oneLine(text), Text::oneLine(sane));
+        const std::size_t count = Text::characterCount(text);
+        const std::size_t left = count == 0 ? 0 : random() % (count + 1);
+        ASSERT_EQ(std::string(Text::prefix(text, left)).append(Text::suffix(text, count - left)), text) << left;
+        ASSERT_EQ(Text::sanitizedUtf8(Text::prefix(text, left)), Text::prefix(sane, left)) << left;
+        ASSERT_LE(Text::characterCount(Text::truncated(text, left)), left);
+    }
+}
+
+}  // namespace orvane
