@@ -196,11 +196,13 @@ bool isDropped(UChar32 codePoint) {
     constexpr UChar32 zeroWidthSpace = 0x200B;
     constexpr UChar32 wordJoiner = 0x2060;
     constexpr UChar32 byteOrderMark = 0xFEFF;
+    if (codePoint < 0x80) return false;
     return codePoint == zeroWidthSpace || codePoint == wordJoiner || codePoint == byteOrderMark ||
            u_hasBinaryProperty(codePoint, UCHAR_BIDI_CONTROL);
 }
 
 bool isBlank(UChar32 codePoint) {
+    if (codePoint < 0x80) return codePoint <= ' ' || codePoint == 0x7F;
     return u_isUWhiteSpace(codePoint) || u_charType(codePoint) == U_CONTROL_CHAR;
 }
 
