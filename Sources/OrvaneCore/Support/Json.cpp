@@ -4,9 +4,15 @@
 
 #include <algorithm>
 #include <boost/json.hpp>
+#include <boost/json/basic_parser_impl.hpp>
+#include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <iterator>
+#include <limits>
 #include <vector>
+
+#include "OrvaneCore/Support/Text.h"
 
 namespace orvane::Json {
 
@@ -62,6 +68,8 @@ class Writer {
     }
 
     void writeString(std::string_view string) {
+        // File names and what agents print need not be UTF-8. The document must be, or nobody could read it again.
+        if (!Text::isValidUtf8(string)) return writeString(Text::sanitizedUtf8(string));
         text_ += '"';
         for (const char byte : string) {
             switch (byte) {
@@ -152,6 +160,46 @@ class Writer {
     bool first_ = true;
 };
 
+/// Builds the value as boost::json::parse does, but for numbers with a fraction: the library (1.81) reads them with an
+/// error of up to a few units in the last place, and a state file must read back what was written.
+class Builder {
+ public:
+    using Text = boost::json::string_view;
+    using Error = boost::system::error_code;
+
+    static constexpr std::size_t max_object_size = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t max_array_size = max_object_size;
+    static constexpr std::size_t max_key_size = boost::json::string::max_size();
+    static constexpr std::size_t max_string_size = max_key_size;
+
+    bool on_document_begin(Error&) { return true; }
+    bool on_document_end(Error&) { return true; }
+    bool on_object_begin(Error&) { return true; }
+    bool on_object_end(std::size_t count, Error&) { return stack_.push_object(count), true; }
+    bool on_array_begin(Error&) { return true; }
+    bool on_array_end(std::size_t count, Error&) { return stack_.push_array(count), true; }
+    bool on_key_part(Text part, std::size_t, Error&) { return stack_.push_chars(part), true; }
+    bool on_key(Text end, std::size_t, Error&) { return stack_.push_key(end), true; }
+    bool on_string_part(Text part, std::size_t, Error&) { return stack_.push_chars(part), true; }
+    bool on_string(Text end, std::size_t, Error&) { return stack_.push_string(end), true; }
+    bool on_number_part(Text, Error&) { return true; }  // only for a document that comes in pieces
+    bool on_int64(std::int64_t number, Text, Error&) { return stack_.push_int64(number), true; }
+    bool on_uint64(std::uint64_t number, Text, Error&) { return stack_.push_uint64(number), true; }
+    bool on_double(double number, Text text, Error&) {
+        std::from_chars(text.data(), text.data() + text.size(), number);  // out of range keeps the library's number
+        return stack_.push_double(number), true;
+    }
+    bool on_bool(bool value, Error&) { return stack_.push_bool(value), true; }
+    bool on_null(Error&) { return stack_.push_null(), true; }
+    bool on_comment_part(Text, Error&) { return true; }
+    bool on_comment(Text, Error&) { return true; }
+
+    JsonValue take() { return stack_.release(); }
+
+ private:
+    boost::json::value_stack stack_;
+};
+
 }  // namespace
 
 std::optional<JsonValue> parse(std::string_view text) {
@@ -159,9 +207,10 @@ std::optional<JsonValue> parse(std::string_view text) {
     options.max_depth = maximumDepth;
     boost::system::error_code error;
     try {
-        JsonValue value = boost::json::parse(text, error, {}, options);
-        if (error) return std::nullopt;
-        return value;
+        boost::json::basic_parser<Builder> parser(options);
+        const std::size_t read = parser.write_some(false, text.data(), text.size(), error);
+        if (error || read != text.size()) return std::nullopt;
+        return parser.handler().take();
     } catch (const std::exception&) {  // out of memory, or a string over the library's limit
         return std::nullopt;
     }

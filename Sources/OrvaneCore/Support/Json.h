@@ -26,7 +26,8 @@ enum class Layout {
 };
 
 /// Writes a document with the keys of every object sorted, so that equal values give equal bytes. Numbers take their
-/// shortest form that reads back equal; what JSON has no number for (infinities, NaN) becomes null.
+/// shortest form that reads back equal; what JSON has no number for (infinities, NaN) becomes null,
+/// and malformed UTF-8 in a string becomes U+FFFD.
 std::string write(const JsonValue& value, Layout layout = Layout::compact);
 
 }  // namespace Json

@@ -1,0 +1,164 @@
+#include "OrvaneCore/Support/Json.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <boost/json.hpp>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "OrvaneCore/Support/JSONObject.h"
+
+namespace orvane {
+
+namespace {
+
+std::string nested(std::size_t depth) {
+    return std::string(depth, '[') + std::string(depth, ']');
+}
+
+enum class Axis { horizontal, vertical };
+
+}  // namespace
+
+template <>
+struct RawValues<Axis> {
+    static constexpr std::array table = {rawValueOf(Axis::horizontal, "horizontal"),
+                                         rawValueOf(Axis::vertical, "vertical")};
+};
+
+TEST(JsonTest, writesWhatItReads) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {R"( {"b":1,"a":{"d":[],"c":{}},"Z":null} )", R"({"Z":null,"a":{"c":{},"d":[]},"b":1})"},
+        {R"({"é":true,"z":false})", R"({"z":false,"é":true})"},
+        {R"(["\u00e9\/\ud83d\udc68"])", R"(["é/👨"])"},
+        {R"("\"\\\n\r\t\u0000\u001b\u007f")", R"("\"\\\n\r\t\u0000\u001b\u007f")"},
+        {"[0.1,1e3,1.5e300,-2.50]", "[0.1,1000,1.5e+300,-2.5]"},
+        {"[9223372036854775807,18446744073709551615,-9223372036854775808]",
+         "[9223372036854775807,18446744073709551615,-9223372036854775808]"},
+        {"5e-324", "5e-324"},
+    };
+    for (const auto& [text, expected] : cases) {
+        const auto value = Json::parse(text);
+        ASSERT_TRUE(value) << text;
+        EXPECT_EQ(Json::write(*value), expected) << text;
+        EXPECT_EQ(Json::write(*Json::parse(expected)), expected) << text;
+    }
+    EXPECT_EQ(Json::write(*Json::parse(R"({"b":[1,{"c":[]}],"a":{}})"), Json::Layout::indented),
+              "{\n  \"a\": {},\n  \"b\": [\n    1,\n    {\n      \"c\": []\n    }\n  ]\n}");
+}
+
+TEST(JsonTest, writesWhatJsonHasNoFormFor) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(Json::write(JsonValue{infinity, -infinity, std::numeric_limits<double>::quiet_NaN()}),
+              "[null,null,null]");
+    // A file name need not be UTF-8; the document that holds it must be, or nobody reads it again.
+    const std::string text = Json::write(JsonValue{{"cut\xE2\x82", "name\xFF"}});
+    EXPECT_EQ(text, "{\"cut\uFFFD\":\"name\uFFFD\"}");
+    EXPECT_TRUE(Json::parse(text));
+}
+
+TEST(JsonTest, numbersReadBackEqual) {
+    std::mt19937_64 random(3);
+    for (int round = 0; round < 20000; ++round) {
+        const double number = std::bit_cast<double>(random());
+        if (!std::isfinite(number)) continue;
+        const std::string text = Json::write(number);
+        ASSERT_EQ(Json::parse(text)->to_number<double>(), number) << text;
+    }
+}
+
+TEST(JsonTest, refusesWhatIsMalformedOrTooDeep) {
+    const std::vector<std::string> malformed = {"",           "{",           "[1,]",
+                                                "{\"a\":1,}", "{} {}",       "{}x",
+                                                "nul",        "'a'",         "01",
+                                                "\"\n\"",     "\"\\ud800\"", "\"\xFF\"",
+                                                "// c\n1",    "NaN",         nested(Json::maximumDepth + 1)};
+    for (const std::string& text : malformed)
+        EXPECT_FALSE(Json::parse(text)) << text.substr(0, 20);
+    const auto deepest = Json::parse(nested(Json::maximumDepth));
+    ASSERT_TRUE(deepest);
+    EXPECT_EQ(Json::write(*deepest), nested(Json::maximumDepth));
+}
+
+TEST(JSONObjectTest, takesDefaultsForWhatIsMissingOrOfAnotherType) {
+    // One member of every type under its own name; every reader meets all of them, and a name that is missing.
+    const JsonValue value = *Json::parse(R"({
+        "null": null, "bool": true, "whole": 3, "wholeReal": 4.0, "real": 2.5, "huge": 1e300,
+        "unsigned": 18446744073709551615, "text": "vertical", "id": "0123ABCD-89EF-4A6B-8C7D-FEDCBA987654",
+        "date": "1970-01-01T00:01:00Z", "list": ["a", 1, null, "b"], "object": {"x": 1}})");
+    const JSONObject object(value);
+    struct Case {
+        std::string key;
+        std::string string = "-";
+        bool boolean = false;
+        std::int64_t integer = -1;
+        double number = -1;
+        std::optional<double> date = {};
+        std::size_t elements = 0;
+        std::vector<std::string> strings = {};
+    };
+    const std::vector<Case> cases = {
+        {.key = "missing"},
+        {.key = "null"},
+        {.key = "bool", .boolean = true},
+        {.key = "whole", .integer = 3, .number = 3, .date = 3},
+        {.key = "wholeReal", .integer = 4, .number = 4, .date = 4},
+        {.key = "real", .number = 2.5, .date = 2.5},
+        {.key = "huge", .number = 1e300, .date = 1e300},
+        {.key = "unsigned", .number = 18446744073709551615.0, .date = 18446744073709551615.0},
+        {.key = "text", .string = "vertical"},
+        {.key = "id", .string = "0123ABCD-89EF-4A6B-8C7D-FEDCBA987654"},
+        {.key = "date", .string = "1970-01-01T00:01:00Z", .date = 60},
+        {.key = "list", .elements = 4, .strings = {"a", "b"}},
+        {.key = "object"},
+    };
+    for (const auto& [key, string, boolean, integer, number, date, elements, strings] : cases) {
+        SCOPED_TRACE(key);
+        EXPECT_EQ(object.string(key, "-"), string);
+        EXPECT_EQ(object.boolean(key), boolean);
+        EXPECT_EQ(object.integer(key, -1), integer);
+        EXPECT_EQ(object.number(key, -1), number);
+        EXPECT_EQ(object.date(key), date ? std::optional(Date{*date}) : std::nullopt);
+        EXPECT_EQ(object.array(key).size(), elements);
+        EXPECT_EQ(object.strings(key), strings);
+        EXPECT_EQ(object.uuid(key).has_value(), key == "id");
+        EXPECT_EQ(object.raw<Axis>(key), key == "text" ? std::optional(Axis::vertical) : std::nullopt);
+        EXPECT_EQ(object.object(key).integer("x"), key == "object" ? 1 : 0);
+        EXPECT_EQ(object.contains(key), key != "missing");
+    }
+    for (const char* text : {"null", "[{\"text\":1}]", "\"text\"", "1"}) {
+        EXPECT_FALSE(JSONObject(*Json::parse(text)).contains("text")) << text;
+    }
+}
+
+TEST(JSONObjectTest, wholeNumbersKeepTheirRange) {
+    const std::vector<std::pair<JsonValue, std::optional<std::int64_t>>> cases = {
+        {std::uint64_t{5}, 5},  // so held when the value was built here and not read
+        {std::uint64_t{1} << 63, {}},
+        {std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::min()},
+        {-9223372036854775808.0, std::numeric_limits<std::int64_t>::min()},
+        {9223372036854775808.0, {}},
+        {std::numeric_limits<double>::infinity(), {}},
+        {std::numeric_limits<double>::quiet_NaN(), {}},
+    };
+    for (const auto& [number, expected] : cases) {
+        const JsonValue value{{"n", number}};
+        EXPECT_EQ(JSONObject(value).optionalInteger("n"), expected) << Json::write(value);
+    }
+}
+
+TEST(JSONObjectTest, walksMembersAndElements) {
+    const JsonValue value = *Json::parse(R"({"z": 1, "a": [{"n": 1}, {}, 7, {"n": 2}]})");
+    std::string keys;
+    JSONObject(value).forEach([&](std::string_view key, const JsonValue&) { keys += key; });
+    EXPECT_EQ(keys, "za");
+    const auto numbers =
+        JSONObject(value).list("a", [](const JsonValue& element) { return JSONObject(element).optionalInteger("n"); });
+    EXPECT_EQ(numbers, (std::vector<std::int64_t>{1, 2}));
+}
+
+}  // namespace orvane
