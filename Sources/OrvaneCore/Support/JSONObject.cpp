@@ -2,7 +2,7 @@
 
 #include <boost/json.hpp>
 #include <cmath>
-#include <limits>
+#include <utility>
 
 namespace orvane {
 
@@ -10,6 +10,9 @@ namespace {
 
 std::optional<std::int64_t> wholeNumber(const JsonValue& value) {
     if (const auto* number = value.if_int64()) return *number;
+    if (const auto* number = value.if_uint64(); number != nullptr && std::in_range<std::int64_t>(*number)) {
+        return static_cast<std::int64_t>(*number);
+    }
     const auto* number = value.if_double();
     constexpr double limit = 9223372036854775808.0;  // 2^63
     if (number == nullptr || *number < -limit || *number >= limit || *number != std::trunc(*number)) {
