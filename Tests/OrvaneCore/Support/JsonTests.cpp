@@ -39,8 +39,7 @@ TEST(JsonTest, writesWhatItReads) {
         {"[0.1,1e3,1.5e300,-2.50]", "[0.1,1000,1.5e+300,-2.5]"},
         {"[9223372036854775807,18446744073709551615,-9223372036854775808]",
          "[9223372036854775807,18446744073709551615,-9223372036854775808]"},
-        {"5e-324", "5e-324"},
-    };
+        {"5e-324", "5e-324"}};
     for (const auto& [text, expected] : cases) {
         const auto value = Json::parse(text);
         ASSERT_TRUE(value) << text;
@@ -114,8 +113,7 @@ TEST(JSONObjectTest, takesDefaultsForWhatIsMissingOrOfAnotherType) {
         {.key = "id", .string = "0123ABCD-89EF-4A6B-8C7D-FEDCBA987654"},
         {.key = "date", .string = "1970-01-01T00:01:00Z", .date = 60},
         {.key = "list", .elements = 4, .strings = {"a", "b"}},
-        {.key = "object"},
-    };
+        {.key = "object"}};
     for (const auto& [key, string, boolean, integer, number, date, elements, strings] : cases) {
         SCOPED_TRACE(key);
         EXPECT_EQ(object.string(key, "-"), string);
@@ -143,8 +141,7 @@ TEST(JSONObjectTest, wholeNumbersKeepTheirRange) {
         {-9223372036854775808.0, std::numeric_limits<std::int64_t>::min()},
         {9223372036854775808.0, {}},
         {std::numeric_limits<double>::infinity(), {}},
-        {std::numeric_limits<double>::quiet_NaN(), {}},
-    };
+        {std::numeric_limits<double>::quiet_NaN(), {}}};
     for (const auto& [number, expected] : cases) {
         const JsonValue value{{"n", number}};
         EXPECT_EQ(JSONObject(value).optionalInteger("n"), expected) << Json::write(value);

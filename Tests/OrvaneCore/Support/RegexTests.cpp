@@ -54,15 +54,10 @@ TEST(RegexTest, findsAllMatchesFromLeftToRight) {
         {"^.", {}, "a\nb", {"a"}},
         {"ÉCOLE|straße", {.ignoresCase = true}, "école STRASSE Straße", {"école", "Straße"}},
         {"\\w+", {}, "naïve 東京-1", {"naïve", "東京", "1"}},
-        {".",
-         {},
-         "a\xFF\xE2\x82"
-         "b👨",
-         {"a", "b", "👨"}},
+        {".", {}, "a\xFF\xE2\x82z👨", {"a", "z", "👨"}},
         {"(?<=a)\\b", {}, "a a", {"", ""}},
         // The start of these "matches" lies behind their end; they must not be taken, nor keep the walk in place.
-        {"(?=(?&k))(?(DEFINE)(?<k>ab\\K))", {}, "abab", {}},
-    };
+        {"(?=(?&k))(?(DEFINE)(?<k>ab\\K))", {}, "abab", {}}};
     for (const auto& [pattern, options, subject, expected] : cases) {
         const auto matches = compiled(pattern, options).allMatches(subject);
         EXPECT_EQ(textsOf(matches), expected) << pattern << " over " << testing::PrintToString(subject);
@@ -134,17 +129,15 @@ TEST(RegexTest, noPatternRunsAway) {
         std::string subject;
     };
     const std::string longRun = repeated("a", 300'000);
-    const std::vector<Case> cases = {
-        {"(a+)+$", repeated("a", 40) + "b"},
-        {"(?:a|a)*$", repeated("a", 200) + "b"},
-        {"(?:\\w*\\s*)*[!?]$", repeated("word ", 100)},
-        {"a[^x]*[cd]", longRun},
-        {"(\\w+)\\s\\1[;:]", longRun},
-        {"(?=.*[cd])a", longRun},
-        {"(?:[ab]|[bc])*[de]", longRun},
-        {"^(?:(?R)|a)$", repeated("a", 1000)},
-        {"(?:.*,){20}[xy]", repeated("1,", 400)},
-    };
+    const std::vector<Case> cases = {{"(a+)+$", repeated("a", 40) + "b"},
+                                     {"(?:a|a)*$", repeated("a", 200) + "b"},
+                                     {"(?:\\w*\\s*)*[!?]$", repeated("word ", 100)},
+                                     {"a[^x]*[cd]", longRun},
+                                     {"(\\w+)\\s\\1[;:]", longRun},
+                                     {"(?=.*[cd])a", longRun},
+                                     {"(?:[ab]|[bc])*[de]", longRun},
+                                     {"^(?:(?R)|a)$", repeated("a", 1000)},
+                                     {"(?:.*,){20}[xy]", repeated("1,", 400)}};
     const auto start = std::chrono::steady_clock::now();
     for (const auto& [pattern, subject] : cases) {
         const Regex regex = compiled(pattern);
