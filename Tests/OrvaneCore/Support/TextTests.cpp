@@ -62,6 +62,12 @@ TEST(TextTest, countsAndCutsCharacters) {
             if (count < characters.size()) before += characters[count];
         }
     }
+    std::string manyFlags = "x";
+    for (int flag = 0; flag < 1000; ++flag)
+        manyFlags += "🇩🇪";
+    for (const std::size_t count : {256, 257, 1000})
+        EXPECT_EQ(Text::suffix(manyFlags, count).size(), count * 8) << count;
+    EXPECT_EQ(Text::suffix(manyFlags, 2000), manyFlags);
 }
 
 TEST(TextTest, truncatesToACountThatHoldsTheEllipsis) {
