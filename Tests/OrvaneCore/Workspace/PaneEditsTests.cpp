@@ -2,6 +2,7 @@
 
 #include <tuple>
 
+#include "OrvaneCore/Support/L10n.h"
 #include "OrvaneCore/Workspace/PaneLayout.h"
 #include "OrvaneCore/Workspace/PaneMove.h"
 #include "OrvaneCore/Workspace/PanePlacement.h"
@@ -82,6 +83,7 @@ TEST(PaneLayoutTest, menuLayouts) {
         const PaneLayout* layout = PaneLayout::named(name);
         ASSERT_NE(layout, nullptr) << name;
         EXPECT_EQ(text(layout->build()), *shape++);
+        EXPECT_NE(L10n{Language::de}.text(layout->textKey), layout->textKey);
     }
     EXPECT_EQ(PaneLayout::named("Grid"), nullptr);
 }

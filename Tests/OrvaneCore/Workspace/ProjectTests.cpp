@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "OrvaneCore/Support/L10n.h"
 #include "OrvaneCore/Workspace/ProjectList.h"
 #include "OrvaneCore/Workspace/ProjectPalette.h"
 
@@ -89,6 +90,7 @@ double luminance(std::string_view hex) {
 TEST(ProjectPaletteTest, readsOnLightAndDarkAndHasNoTwoAlike) {
     for (const ProjectColor& color : ProjectPalette::colors) {
         EXPECT_EQ(ProjectPalette::colorHex(color.hex), color.hex);
+        EXPECT_NE(L10n{Language::ja}.text(color.nameKey), color.nameKey);
         EXPECT_GE(1.05 / (luminance(color.hex) + 0.05), 3) << color.nameKey;
         EXPECT_GE((luminance(color.hex) + 0.05) / (luminance("1E1E1E") + 0.05), 3) << color.nameKey;
         for (const ProjectColor& other : ProjectPalette::colors) {
