@@ -134,6 +134,17 @@ std::size_t endOfPrefix(std::string_view text, std::size_t count) {
     return end;
 }
 
+std::size_t characterWidth(std::string_view character) {
+    const UChar32 base = decode(character, 0).codePoint;
+    if (base < 0) return 1;  // shown as U+FFFD
+    const auto category = u_charType(base);
+    if (category == U_CONTROL_CHAR || category == U_NON_SPACING_MARK || category == U_FORMAT_CHAR) return 0;
+    constexpr std::string_view emojiSelector = "\uFE0F";
+    const auto width = u_getIntPropertyValue(base, UCHAR_EAST_ASIAN_WIDTH);
+    const bool isWide = width == U_EA_WIDE || width == U_EA_FULLWIDTH;
+    return isWide || character.find(emojiSelector) != std::string_view::npos ? 2 : 1;
+}
+
 char asciiLowerCase(char byte) {
     return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
 }
@@ -207,6 +218,17 @@ bool isBlank(UChar32 codePoint) {
 }
 
 }  // namespace
+
+std::size_t displayWidth(std::string_view text) {
+    CharacterBorders borders(text);
+    std::size_t width = 0;
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = borders.after(start);
+        width += characterWidth(text.substr(start, end - start));
+        start = end;
+    }
+    return width;
+}
 
 std::size_t characterCount(std::string_view text) {
     CharacterBorders borders(text);

@@ -12,6 +12,10 @@ namespace orvane::Text {
 
 std::size_t characterCount(std::string_view text);
 
+/// The columns that the text takes in a terminal: wide and full-width characters and emoji take two, marks on their own
+/// and control characters none (Unicode Annex 11).
+std::size_t displayWidth(std::string_view text);
+
 /// The first `count` characters; the whole text when it has no more.
 std::string_view prefix(std::string_view text, std::size_t count);
 

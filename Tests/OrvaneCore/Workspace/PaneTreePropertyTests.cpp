@@ -37,7 +37,6 @@ class RandomUser {
         if (splits.empty()) return node.updatingFractions(Uuid::random(), {1});
         const PaneNode::Split& split = *splits[static_cast<std::size_t>(below(static_cast<int>(splits.size())))];
         std::vector<double> shares;
-        shares.reserve(split.children.size());
         for (std::size_t index = 0; index < split.children.size(); ++index) {
             shares.push_back(std::pow(10, below(40) - 30) * (1 + below(100)));
         }

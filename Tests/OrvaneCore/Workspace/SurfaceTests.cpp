@@ -16,7 +16,6 @@ Uuid tabID(char name) {
 
 std::vector<SurfaceMeta> strip(std::string_view names) {
     std::vector<SurfaceMeta> metas;
-    metas.reserve(names.size());
     for (const char name : names)
         metas.push_back({.id = tabID(name), .title = std::string(1, name)});
     return metas;
