@@ -38,7 +38,9 @@ class LineServer {
 
         /// Answers the current request with one line (the line end is added).
         virtual void reply(std::string_view line) = 0;
-        /// Sends a further line; the request stays open, and with it the connection, until the client leaves.
+        /// Leaves the current request, and with it the connection, open until the client leaves; `stream` sends lines
+        /// from then on.
+        virtual void beginStream() = 0;
         virtual void stream(std::string_view line) = 0;
         /// Runs once when the client has left or was dropped.
         virtual void onClose(std::function<void()> callback) = 0;
@@ -48,7 +50,7 @@ class LineServer {
     };
 
     struct Handlers {
-        /// A whole line, without its end. Must lead to one `reply`, now or later, or to `stream`.
+        /// A whole line, without its end. Must lead to one `reply`, now or later, or to `beginStream`.
         std::function<void(const std::shared_ptr<Connection>&, std::string_view line)> onRequest;
         /// The line to send to a client that broke a limit; it is closed afterwards unless its request was too long.
         std::function<std::string(Fault)> faultReply;

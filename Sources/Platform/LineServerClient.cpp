@@ -122,8 +122,11 @@ void LineServer::Client::reply(std::string_view line) {
     handOut();
 }
 
-void LineServer::Client::stream(std::string_view line) {
+void LineServer::Client::beginStream() {
     if (phase_ == Phase::answering) phase_ = Phase::streaming;
+}
+
+void LineServer::Client::stream(std::string_view line) {
     if (phase_ == Phase::streaming) send(line);
 }
 

@@ -12,6 +12,7 @@ class LineServer::Client final : public LineServer::Connection,
 
     void start();
     void reply(std::string_view line) override;
+    void beginStream() override;
     void stream(std::string_view line) override;
     void onClose(std::function<void()> callback) override;
 

@@ -185,6 +185,7 @@ TEST_F(LineServerTest, DropsAClientThatNeverReads) {
     sendAll(other, "ok\n");
     sendAll(deaf, "hold\n");
     ASSERT_TRUE(loop_.runUntil([&] { return held_ != nullptr; }));
+    held_->beginStream();
     // Far more than the socket and the limit hold, with nobody reading.
     for (int line = 0; line < 1000; ++line)
         held_->stream(std::string(1000, 'x'));
