@@ -1,0 +1,112 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Orvane/Agents/SessionProcess.h"
+#include "Orvane/Chat/ChatTransport.h"
+#include "OrvaneCore/Agents/AgentSpec.h"
+#include "OrvaneCore/Agents/SessionKind.h"
+#include "OrvaneCore/Agents/SessionStatus.h"
+#include "OrvaneCore/Support/Date.h"
+#include "OrvaneCore/Support/Uuid.h"
+
+namespace orvane {
+
+/// One running session: its program and what the system believes about it. Made by the store only; main thread only.
+class SessionController : public std::enable_shared_from_this<SessionController> {
+ public:
+    /// What never changes.
+    struct Identity {
+        Uuid id;
+        Uuid projectID;
+        SessionKind kind = SessionKind::shell;
+        /// The shell command line it was asked to run; none for the kind's own.
+        std::optional<std::string> command;
+        /// The working directory.
+        std::string projectPath;
+        /// The project's folder, also when `projectPath` is a worktree.
+        std::string projectRoot;
+        Date startedAt;
+        std::optional<AgentSpec> agentSpec;
+    };
+
+    struct Appearance {
+        std::string userTitle;
+        std::optional<int> tintIndex;
+        double fontSize = 11.0;
+    };
+
+    /// Set by the store, which a session never keeps alive.
+    struct Callbacks {
+        /// After every change that a view would show; `from` is the status before it.
+        std::function<void(const SessionStatus& from)> onChange;
+        std::function<void()> onTranscriptGrowth;
+        std::function<void(const std::vector<std::string>&)> onSlashCommands;
+        std::function<void(const std::string&)> onAITitle;
+        std::function<void()> onFocus;
+        std::function<void()> onHostAttached;
+        std::function<void()> onAttention;
+    };
+
+    SessionController(Identity identity, Appearance appearance);
+
+    void install(Callbacks callbacks) { callbacks_ = std::move(callbacks); }
+
+    /// Starts the program. A session whose program cannot be started becomes failed.
+    void launch(SessionLauncher& launcher);
+    /// Makes it a chat session; its program is the transport's.
+    void setTransport(std::unique_ptr<ChatTransport> transport);
+
+    const Identity& identity() const { return identity_; }
+    const Uuid& id() const { return identity_.id; }
+    const SessionStatus& status() const { return status_; }
+    bool isActive() const { return status_.isActive(); }
+    bool hasExited() const { return hasExited_; }
+    /// What to call it: the user's title, else the name of the agent, else that of the kind.
+    std::string title() const;
+    const Appearance& appearance() const { return appearance_; }
+    /// The process id of the program; 0 without one.
+    pid_t processId() const;
+
+    bool needsAttention() const { return needsAttention_; }
+    void raiseAttention();
+    void clearAttention();
+    /// The view tells that its pane took the keyboard.
+    void noteFocus();
+
+    /// Every change of the status goes through here.
+    void setStatus(const SessionStatus& status);
+
+    /// Asks the program to end: its process group and the foreground group of its terminal get SIGTERM. Agents start
+    /// children, so signalling the program alone would leave them running. More than once does nothing more.
+    void terminate();
+    /// Whether a group that `terminate` signalled, or the transport's program, is still there.
+    bool isStillTerminating() const;
+    /// Ends what did not end by itself.
+    void kill();
+
+ private:
+    void noteActivity();
+    void noteExit(int waitStatus);
+    void changed();
+    void collectProcessGroups();
+
+    Identity identity_;
+    Appearance appearance_;
+    Callbacks callbacks_;
+    SessionStatus status_;
+    SessionStatus publishedStatus_;
+    bool needsAttention_ = false;
+    bool hasExited_ = false;
+    bool terminationAsked_ = false;
+    std::set<pid_t> terminatingProcessGroups_;
+    std::unique_ptr<SessionProcess> process_;
+    std::unique_ptr<ChatTransport> transport_;
+};
+
+}  // namespace orvane

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <memory>
+
+namespace orvane {
+
+class SessionController;
+
+/// The program behind a session that is no chat. Main thread only.
+class SessionProcess {
+ public:
+    SessionProcess() = default;
+    SessionProcess(const SessionProcess&) = delete;
+    SessionProcess& operator=(const SessionProcess&) = delete;
+    virtual ~SessionProcess() = default;
+
+    /// 0 when it never started, and once it has been reaped: the number may then name a stranger.
+    virtual pid_t processId() const = 0;
+    /// The process group in the foreground of its terminal; 0 when it has no terminal.
+    virtual pid_t foregroundProcessGroup() const = 0;
+    /// Lets go of the program after its groups were signalled; no event comes any more.
+    virtual void terminate() = 0;
+};
+
+struct SessionProcessEvents {
+    std::function<void()> onActivity;
+    /// The wait status of the program that ended.
+    std::function<void(int)> onExit;
+};
+
+/// Starts the programs of sessions.
+class SessionLauncher {
+ public:
+    SessionLauncher() = default;
+    SessionLauncher(const SessionLauncher&) = delete;
+    SessionLauncher& operator=(const SessionLauncher&) = delete;
+    virtual ~SessionLauncher() = default;
+
+    /// None when the program could not be started; the session then counts as failed.
+    virtual std::unique_ptr<SessionProcess> launch(const SessionController& session, SessionProcessEvents events) = 0;
+};
+
+}  // namespace orvane

@@ -1,0 +1,132 @@
+#include "Orvane/Workspace/AppStore.h"
+
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <utility>
+
+namespace orvane {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Duration branchInterval = 15s;
+constexpr Duration branchTolerance = 3s;
+
+std::string fileTimeStamp(WallTime time) {
+    return fmt::format("{:%Y%m%dT%H%M%SZ}", std::chrono::floor<std::chrono::seconds>(time));
+}
+
+bool isFolder(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_directory(path, error);
+}
+
+}  // namespace
+
+AppStore::AppStore(Services services) : services_(std::move(services)), tally_(services_.preferences) {
+    workspace_.workspaceTitle = services_.l10n.text("shell.tab.workspace");
+    restoreShell();
+}
+
+AppStore::~AppStore() = default;
+
+void AppStore::restoreShell() {
+    const PreferencesStore& preferences = services_.preferences;
+    interface_.shellCollapse = {.railHidden = preferences.boolean("shell.rail.hidden", false),
+                                .panelHidden = preferences.boolean("shell.panel.hidden", false)};
+    const auto tab = fromRawValue<PanelTab>(preferences.string("shell.panel.tab", {}));
+    interface_.panelTab = tab.value_or(PanelTab::changes);
+}
+
+void AppStore::load() {
+    auto state = services_.stateFile.load(fileTimeStamp(services_.loop.wallTime()));
+    if (!state) return;
+    workspace_ = WorkspaceModel::restoring(std::move(*state), workspace_.workspaceTitle);
+    workspace_.pruneWorktrees(isFolder);
+}
+
+void AppStore::saveState() {
+    services_.stateFile.save(workspace_.saved());
+}
+
+void AppStore::committed() {
+    saveState();
+    scheduleChange();
+}
+
+void AppStore::scheduleChange() {
+    if (std::exchange(sessionChangePending_, true)) return;
+    services_.loop.post([weak = weak_from_this()] {
+        const auto self = weak.lock();
+        if (!self) return;
+        self->sessionChangePending_ = false;
+        self->changed.emit();
+    });
+}
+
+void AppStore::becameActive() {
+    branchTimer_ = services_.loop.every(branchInterval, branchTolerance, [this] { refreshBranches(); });
+    refreshBranches();
+}
+
+void AppStore::resignedActive() {
+    branchTimer_.reset();
+}
+
+void AppStore::refreshBranches() {
+    if (!services_.readBranch) return;
+    for (const Project& project : workspace_.projects) {
+        runInBackground(
+            services_.pool, services_.loop, [read = services_.readBranch, path = project.path] { return read(path); },
+            [weak = weak_from_this(), id = project.id](std::optional<std::string> branch) {
+                if (const auto self = weak.lock()) self->noteBranch(id, std::move(branch));
+            });
+    }
+}
+
+void AppStore::noteBranch(const Uuid& project, std::optional<std::string> branch) {
+    const auto known = gitBranches_.find(project);
+    const bool isKnown = known != gitBranches_.end();
+    if (workspace_.project(project) == nullptr || (isKnown ? branch == known->second : !branch)) return;
+    if (branch) {
+        gitBranches_[project] = std::move(*branch);
+    } else {
+        gitBranches_.erase(known);
+    }
+    scheduleChange();
+}
+
+AppStore::QuitReply AppStore::requestQuit(Window window) {
+    if (activeSessions().empty()) return QuitReply::now;
+    if (interface_.confirmingQuit) return QuitReply::cancel;
+    if (window == Window::none) return QuitReply::alert;
+    interface_.quitReplyPending = true;
+    interface_.confirmingQuit = true;
+    scheduleChange();
+    return QuitReply::later;
+}
+
+void AppStore::answerQuit() {
+    interface_.quitReplyPending = false;
+    interface_.confirmingQuit = false;
+    scheduleChange();
+}
+
+std::vector<std::shared_ptr<SessionController>> AppStore::stoppingSessions() const {
+    auto all = sessions_;
+    all.insert(all.end(), closedSessions_.begin(), closedSessions_.end());
+    return all;
+}
+
+void AppStore::terminateAllSessions() {
+    if (std::exchange(terminationStarted_, true)) return;
+    for (const auto& session : std::vector(sessions_))
+        session->terminate();
+    for (const auto& shutDown : shutDowns_)
+        shutDown();
+}
+
+}  // namespace orvane

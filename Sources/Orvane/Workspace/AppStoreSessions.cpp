@@ -1,0 +1,151 @@
+#include <algorithm>
+#include <utility>
+
+#include "Orvane/Workspace/AppStore.h"
+
+namespace orvane {
+
+SessionController* AppStore::session(const Uuid& id) const {
+    const auto found = std::ranges::find_if(sessions_, [&](const auto& each) { return each->id() == id; });
+    return found == sessions_.end() ? nullptr : found->get();
+}
+
+std::vector<SessionController*> AppStore::activeSessions() const {
+    std::vector<SessionController*> active;
+    for (const auto& session : sessions_) {
+        if (session->isActive()) active.push_back(session.get());
+    }
+    return active;
+}
+
+SessionController* AppStore::createSession(const SessionRequest& request) {
+    const Project* project = workspace_.project(request.project);
+    if (project == nullptr) return nullptr;
+    const auto spec = request.customAgent && services_.customAgent ? services_.customAgent(*request.customAgent)
+                                                                   : std::optional<AgentSpec>();
+    const double now = std::chrono::duration<double>(services_.loop.wallTime().time_since_epoch()).count();
+    const auto session = std::make_shared<SessionController>(
+        SessionController::Identity{.id = Uuid::random(),
+                                    .projectID = request.project,
+                                    .kind = request.kind,
+                                    .command = request.command,
+                                    .projectPath = request.workingDirectory.value_or(project->path),
+                                    .projectRoot = project->path,
+                                    .startedAt = Date{now},
+                                    .agentSpec = spec},
+        SessionController::Appearance{.userTitle = request.title});
+    session->install(callbacksFor(session));
+    sessions_.push_back(session);
+    if (request.origin == Origin::launched) {
+        ++workspace_.usageCounts[spec ? spec->id.upperText() : std::string(rawValue(request.kind))];
+    }
+    clearOverlay();
+    workspace_.placeSession(session->id(), request.project, request.targetLeaf, interface_.paneArea);
+    if (request.origin == Origin::launched) recordPeaks();
+    ++remoteRevision_;
+    publish({.session = session->id(), .from = {}, .to = std::string(session->status().name())});
+    committed();
+    // Last, so that whatever the program does at once finds a session that has its place.
+    if (services_.launcher != nullptr) session->launch(*services_.launcher);
+    return session.get();
+}
+
+SessionController::Callbacks AppStore::callbacksFor(const std::shared_ptr<SessionController>& session) {
+    /// Runs `action(store, session)` while both are there.
+    const auto bound = [store = weak_from_this(), weak = std::weak_ptr(session)](auto action) {
+        return [store, weak, action = std::move(action)](const auto&... arguments) {
+            const auto self = store.lock();
+            const auto controller = weak.lock();
+            if (self && controller) action(*self, *controller, arguments...);
+        };
+    };
+    return {
+        .onChange = bound([](AppStore& self, SessionController& controller, const SessionStatus& from) {
+            self.sessionChanged(controller, from);
+        }),
+        .onTranscriptGrowth = bound([](AppStore& self, SessionController&) { self.scheduleChange(); }),
+        .onSlashCommands =
+            bound([](AppStore& self, SessionController& controller, const std::vector<std::string>& commands) {
+                auto& known = self.workspace_.knownSlashCommands[std::string(rawValue(controller.identity().kind))];
+                if (known == commands) return;
+                known = commands;
+                self.committed();
+            }),
+        .onAITitle = bound([](AppStore& self, SessionController& controller, const std::string& title) {
+            if (self.workspace_.titleChatSurface(controller.id(), title)) self.committed();
+        }),
+        .onFocus = bound([](AppStore& self, SessionController& controller) { self.selectSession(controller.id()); }),
+        .onHostAttached = bound([](AppStore& self, SessionController&) { self.scheduleChange(); }),
+        .onAttention = bound([](AppStore& self, SessionController& controller) {
+            if (self.isActive() && self.workspace_.selectedSessionID == controller.id()) {
+                controller.clearAttention();
+            } else if (self.services_.notify) {
+                self.services_.notify(controller);
+            }
+        }),
+    };
+}
+
+void AppStore::sessionChanged(SessionController& session, const SessionStatus& from) {
+    ++remoteRevision_;
+    if (from != session.status()) {
+        publish(
+            {.session = session.id(), .from = std::string(from.name()), .to = std::string(session.status().name())});
+    }
+    scheduleChange();
+}
+
+void AppStore::publish(SessionEvent event) {
+    event.revision = remoteRevision_;
+    recentEvents_.push_back(event);
+    if (recentEvents_.size() > keptEvents) recentEvents_.pop_front();
+    sessionEvents.emit(event);
+}
+
+void AppStore::clearOverlay() {
+    if (const auto overlay = std::exchange(interface_.overlay, std::nullopt)) tally_.raise(featureWord(*overlay));
+}
+
+void AppStore::recordPeaks() {
+    tally_.recordPeak("projects", static_cast<std::int64_t>(workspace_.projects.size()));
+    tally_.recordPeak("sessions", static_cast<std::int64_t>(sessions_.size()));
+    tally_.recordPeak("panes", static_cast<std::int64_t>(workspace_.paneCount()));
+}
+
+void AppStore::selectSession(const Uuid& id) {
+    SessionController* selected = session(id);
+    if (selected == nullptr) return;
+    clearOverlay();
+    workspace_.selectSession(id, selected->identity().projectID);
+    selected->clearAttention();
+    scheduleChange();
+}
+
+void AppStore::requestCloseSession(const Uuid& id) {
+    if (session(id) == nullptr) return;
+    interface_.sessionPendingClose = id;
+    scheduleChange();
+}
+
+void AppStore::closeSession(const Uuid& id) {
+    if (session(id) == nullptr) return;
+    endSession(id);
+    committed();
+}
+
+void AppStore::endSession(const Uuid& id) {
+    const auto found = std::ranges::find_if(sessions_, [&](const auto& each) { return each->id() == id; });
+    const std::shared_ptr<SessionController> ended = *found;
+    ended->terminate();
+    tally_.raise("session_close");
+    workspace_.clearSession(id);
+    sessions_.erase(found);
+    std::erase_if(closedSessions_, [](const auto& each) { return !each->isStillTerminating(); });
+    closedSessions_.push_back(ended);
+    if (interface_.sessionPendingClose == id) interface_.sessionPendingClose.reset();
+    if (interface_.searchingSessionID == id) interface_.searchingSessionID.reset();
+    ++remoteRevision_;
+    publish({.session = id, .from = std::string(ended->status().name()), .to = {}});
+}
+
+}  // namespace orvane
