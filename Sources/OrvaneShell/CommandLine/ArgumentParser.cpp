@@ -1,0 +1,67 @@
+#include "OrvaneShell/CommandLine/ArgumentParser.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cctype>
+#include <deque>
+
+namespace orvane {
+
+namespace {
+
+std::string bareName(std::string_view name) {
+    name.remove_prefix(std::min(name.find_first_not_of('-'), name.size()));
+    std::string bare(name);
+    std::ranges::transform(bare, bare.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return bare;
+}
+
+/// Where the library puts one parameter.
+struct Slot {
+    const Parameter* parameter;
+    std::string value;
+    bool flag = false;
+    CLI::Option* option = nullptr;
+};
+
+}  // namespace
+
+std::expected<Arguments, std::string> parseArguments(const Verb& verb, const std::vector<std::string>& words,
+                                                     const L10n& l10n) {
+    CLI::App app;
+    app.set_help_flag();
+    app.allow_extras();
+    std::deque<Slot> slots;
+    for (const Parameter& parameter : verb.parameters) {
+        Slot& slot = slots.emplace_back(Slot{.parameter = &parameter});
+        const std::string name(parameter.kind == Parameter::Kind::option || parameter.kind == Parameter::Kind::flag
+                                   ? parameter.name
+                                   : bareName(parameter.name));
+        slot.option =
+            parameter.kind == Parameter::Kind::flag ? app.add_flag(name, slot.flag) : app.add_option(name, slot.value);
+    }
+    try {
+        app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+    } catch (const CLI::ArgumentMismatch&) {
+        return std::unexpected(l10n.text("usage.valueMissing", words.back()));
+    } catch (const CLI::Error& error) {
+        return std::unexpected(l10n.text("usage.notUnderstood", error.what()));
+    }
+    const std::vector<std::string> extras = app.remaining();
+    const auto unexpected = std::ranges::find_if(extras, [](const std::string& word) { return word != "--"; });
+    if (unexpected != extras.end()) return std::unexpected(l10n.text("usage.unexpected", *unexpected));
+
+    Arguments arguments;
+    for (const Slot& slot : slots) {
+        const std::string name = bareName(slot.parameter->name);
+        if (slot.flag) arguments.flags.insert(name);
+        const bool wasGiven = slot.option->count() > 0;
+        if (slot.parameter->kind == Parameter::Kind::required && !wasGiven) {
+            return std::unexpected(l10n.text("usage.missing", slot.parameter->name));
+        }
+        if (slot.parameter->kind != Parameter::Kind::flag && wasGiven) arguments.values[name] = slot.value;
+    }
+    return arguments;
+}
+
+}  // namespace orvane

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <expected>
+#include <functional>
+#include <iosfwd>
+#include <string>
+
+#include "OrvaneCore/Support/JSONObject.h"
+#include "OrvaneCore/Support/L10n.h"
+#include "OrvaneShell/CommandLine/ControlClient.h"
+#include "OrvaneShell/CommandLine/Verb.h"
+#include "Platform/Environment.h"
+
+namespace orvane {
+
+/// What the client's half of a verb works with: the terminal it was typed in, and the way to the host.
+class ClientContext {
+ public:
+    ClientContext(Environment environmentValue, L10n texts, std::string folder, std::ostream& results,
+                  std::ostream& complaints)
+        : environment(std::move(environmentValue)),
+          l10n(texts),
+          workingDirectory(std::move(folder)),
+          output(results),
+          errors(complaints) {}
+
+    Environment environment;
+    L10n l10n;
+    std::string workingDirectory;
+    /// Where results go, and where everything said to a person goes.
+    std::ostream& output;
+    std::ostream& errors;
+    /// Whether a person can be asked something.
+    bool isInteractive = false;
+    /// Reads a line that a person types; empty at the end of input.
+    std::function<std::string()> readAnswer;
+
+    /// Asks the host and gives its result to `print`. Returns the exit status; a refusal is told in one line.
+    int ask(std::string_view verb, boost::json::object arguments, const std::function<void(const JsonValue&)>& print,
+            HostStart start = HostStart::never);
+
+    /// The same for a request whose answer is a stream: every line goes to the output until the host ends.
+    int follow(std::string_view verb, boost::json::object arguments);
+
+    /// Prints a result as one line of JSON.
+    void printJson(const JsonValue& value);
+
+    /// Whether the connection ended in the time of `ask`, as it does when the host stops.
+    void waitForHostToEnd();
+
+ private:
+    std::expected<LineClient*, int> connect(HostStart start);
+    std::string requestLine(std::string_view verb, const boost::json::object& arguments) const;
+    int explain(const JSONObject& error);
+    bool confirms(const JSONObject& details);
+
+    std::unique_ptr<LineClient> connection_;
+};
+
+}  // namespace orvane

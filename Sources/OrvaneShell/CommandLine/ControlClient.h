@@ -1,0 +1,29 @@
+#pragma once
+
+#include <expected>
+#include <string>
+
+#include "Platform/Environment.h"
+#include "Platform/LineClient.h"
+
+namespace orvane {
+
+/// Whether a command may start the host when none runs.
+enum class HostStart { never, ifNeeded };
+
+/// The way from a command to the host of this user.
+namespace ControlClient {
+
+struct Failure {
+    /// No host runs, as opposed to one that cannot be reached or started.
+    bool isAbsent = false;
+    std::string message;
+};
+
+/// Connects to the host that the instance lock names. A host that is just starting, or that is making its socket
+/// anew, is waited for.
+std::expected<LineClient, Failure> connect(const Environment& environment, HostStart start);
+
+}  // namespace ControlClient
+
+}  // namespace orvane

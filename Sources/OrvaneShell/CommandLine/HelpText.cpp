@@ -1,0 +1,101 @@
+#include "OrvaneShell/CommandLine/HelpText.h"
+
+#include <algorithm>
+
+#include "OrvaneShell/CommandLine/Columns.h"
+#include "OrvaneShell/CommandLine/VerbTable.h"
+
+namespace orvane::HelpText {
+
+namespace {
+
+std::string summary(const Verb& verb, const L10n& l10n) {
+    return l10n.text("help.verb." + std::string(verb.name));
+}
+
+std::string parameterForm(const Parameter& parameter) {
+    std::string form(parameter.name);
+    if (parameter.kind == Parameter::Kind::option) form += " " + std::string(parameter.valueName);
+    return form;
+}
+
+bool isForPeople(const Parameter& parameter) {
+    return !parameter.textKey.empty();
+}
+
+/// Text as roff takes it: nothing in it is a request or an escape.
+std::string roff(std::string_view text) {
+    std::string result;
+    for (const char byte : text) {
+        if (byte == '\\') {
+            result += "\\e";
+        } else if (byte == '-') {
+            result += "\\-";
+        } else {
+            if ((byte == '.' || byte == '\'') && (result.empty() || result.back() == '\n')) result += "\\&";
+            result += byte;
+        }
+    }
+    return result;
+}
+
+}  // namespace
+
+std::string usage(const Verb& verb) {
+    std::string line(verb.name);
+    for (const Parameter& parameter : verb.parameters) {
+        if (!isForPeople(parameter)) continue;
+        const std::string form = parameterForm(parameter);
+        line += parameter.kind == Parameter::Kind::required ? " " + form : " [" + form + "]";
+    }
+    return line;
+}
+
+namespace {
+
+/// Without options and flags: a line of the overview must leave room for what the verb does.
+std::string shortUsage(const Verb& verb) {
+    std::string line(verb.name);
+    for (const Parameter& parameter : verb.parameters) {
+        if (parameter.kind == Parameter::Kind::required) line += " " + std::string(parameter.name);
+        if (parameter.kind == Parameter::Kind::optional) line += " [" + std::string(parameter.name) + "]";
+    }
+    return line;
+}
+
+}  // namespace
+
+std::string overview(const L10n& l10n) {
+    Columns columns;
+    for (const Verb& verb : verbTable()) {
+        if (!verb.isHidden) columns.add({"  " + shortUsage(verb), summary(verb, l10n)});
+    }
+    return l10n.text("help.intro") + "\n\n" + l10n.text("help.usage", "orvane VERB …") + "\n\n" + columns.text() +
+           "\n" + l10n.text("help.status") + "\n" + l10n.text("help.more", "orvane help VERB") + "\n";
+}
+
+std::string of(const Verb& verb, const L10n& l10n) {
+    Columns columns;
+    for (const Parameter& parameter : verb.parameters) {
+        if (isForPeople(parameter)) columns.add({"  " + parameterForm(parameter), l10n.text(parameter.textKey)});
+    }
+    const std::string parameters = columns.text();
+    return l10n.text("help.usage", "orvane " + usage(verb)) + "\n\n" + summary(verb, l10n) + "\n" +
+           (parameters.empty() ? "" : "\n" + parameters);
+}
+
+std::string manualPage(const L10n& l10n) {
+    std::string page = ".TH ORVANE 1\n.SH NAME\norvane \\- " + roff(l10n.text("help.intro")) +
+                       "\n.SH SYNOPSIS\n.B orvane\n.I VERB\n\\&...\n.SH VERBS\n";
+    for (const Verb& verb : verbTable()) {
+        if (verb.isHidden) continue;
+        page += ".SS \"orvane " + roff(usage(verb)) + "\"\n" + roff(summary(verb, l10n)) + "\n";
+        for (const Parameter& parameter : verb.parameters) {
+            if (!isForPeople(parameter)) continue;
+            page += ".TP\n.B " + roff(parameterForm(parameter)) + "\n" + roff(l10n.text(parameter.textKey)) + "\n";
+        }
+    }
+    return page + ".SH \"EXIT STATUS\"\n" + roff(l10n.text("help.status")) + "\n";
+}
+
+}  // namespace orvane::HelpText

@@ -1,0 +1,64 @@
+#include "OrvaneShell/CommandLine/Selection.h"
+
+#include <algorithm>
+
+#include "OrvaneCore/Support/IdPrefix.h"
+#include "OrvaneCore/Support/Text.h"
+
+namespace orvane::Selection {
+
+namespace {
+
+Refusal refusal(const HostContext& host, IdPrefix::Error error, const std::string& text) {
+    const char* key = error == IdPrefix::Error::none ? "error.nothingMatches" : "error.severalMatch";
+    return {.message = host.l10n.text(key, text)};
+}
+
+}  // namespace
+
+std::expected<Uuid, Refusal> among(const HostContext& host, const std::string& text, const std::vector<Uuid>& ids) {
+    const auto found = IdPrefix::resolve(text, ids);
+    if (!found) return std::unexpected(refusal(host, found.error(), text));
+    return *found;
+}
+
+std::expected<Uuid, Refusal> project(const HostContext& host, const std::string& text) {
+    const auto& projects = host.store.workspace().projects;
+    std::vector<Uuid> ids;
+    for (const Project& each : projects)
+        ids.push_back(each.id);
+    const auto byId = IdPrefix::resolve(text, ids);
+    if (byId) return *byId;
+    const auto byPath = std::ranges::find(projects, text, &Project::path);
+    if (byPath != projects.end()) return byPath->id;
+    std::vector<Uuid> named;
+    for (const Project& each : projects) {
+        if (Text::equalsIgnoringCase(each.name, text)) named.push_back(each.id);
+    }
+    if (named.size() == 1) return named.front();
+    const bool isAmbiguous = named.size() > 1 || byId.error() == IdPrefix::Error::several;
+    return std::unexpected(refusal(host, isAmbiguous ? IdPrefix::Error::several : IdPrefix::Error::none, text));
+}
+
+std::expected<Item, Refusal> item(const HostContext& host, const std::string& text) {
+    std::vector<Item> items;
+    for (const auto& session : host.store.sessions())
+        items.push_back({Item::Kind::session, session->id()});
+    const WorkspaceModel& workspace = host.store.workspace();
+    for (const auto& [surface, tree] : workspace.surfaceTrees) {
+        for (const Uuid& leaf : tree.leafIDs())
+            items.push_back({Item::Kind::pane, leaf});
+    }
+    for (const auto& [projectID, metas] : workspace.surfaceMetas) {
+        for (const SurfaceMeta& meta : metas)
+            items.push_back({Item::Kind::surface, meta.id});
+    }
+    std::vector<Uuid> ids;
+    for (const Item& each : items)
+        ids.push_back(each.id);
+    const auto id = among(host, text, ids);
+    if (!id) return std::unexpected(id.error());
+    return *std::ranges::find(items, *id, &Item::id);
+}
+
+}  // namespace orvane::Selection

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <expected>
+#include <string>
+
+#include "OrvaneShell/CommandLine/Verb.h"
+#include "OrvaneShell/Host/HostContext.h"
+
+namespace orvane::Selection {
+
+/// The project that a person means: the start of its id, its path, or its name.
+std::expected<Uuid, Refusal> project(const HostContext& host, const std::string& text);
+
+/// What an id stands for.
+struct Item {
+    enum class Kind { session, pane, surface };
+    Kind kind = Kind::session;
+    Uuid id;
+};
+/// A session, pane or tab, by the start of its id.
+std::expected<Item, Refusal> item(const HostContext& host, const std::string& text);
+
+/// One of these ids, by its start.
+std::expected<Uuid, Refusal> among(const HostContext& host, const std::string& text, const std::vector<Uuid>& ids);
+
+}  // namespace orvane::Selection

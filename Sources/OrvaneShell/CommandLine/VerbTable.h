@@ -1,0 +1,16 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "OrvaneShell/CommandLine/Verb.h"
+
+namespace orvane {
+
+/// Every verb there is, in the order of the help.
+std::span<const Verb> verbTable();
+
+/// Null when there is no such verb.
+const Verb* verbNamed(std::string_view name);
+
+}  // namespace orvane

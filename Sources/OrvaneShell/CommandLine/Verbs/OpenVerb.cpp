@@ -1,0 +1,69 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <boost/json.hpp>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <ostream>
+
+#include "OrvaneCore/Support/Text.h"
+#include "OrvaneShell/CommandLine/ClientContext.h"
+#include "OrvaneShell/CommandLine/Verbs/Verbs.h"
+#include "OrvaneShell/Host/HostContext.h"
+
+namespace orvane::Verbs {
+
+namespace {
+
+int run(ClientContext& client, const Arguments& arguments) {
+    const auto path = std::filesystem::path(client.workingDirectory) / arguments.value("path");
+    return client.ask(
+        "open", {{"path", path.string()}},
+        [&](const JsonValue& result) { client.output << JSONObject(result).string("id") << '\n'; },
+        HostStart::ifNeeded);
+}
+
+/// The folder as it is known to every program that works in it, with links resolved: agents name their transcripts
+/// after that path. The error is a line for a person.
+std::expected<std::string, std::string> usableFolder(const HostContext& host, const std::string& path) {
+    const std::string shown = Text::oneLine(path);
+    if (!path.starts_with('/')) return std::unexpected(host.l10n.text("error.pathNotAbsolute", shown));
+    if (!Text::isValidUtf8(path)) return std::unexpected(host.l10n.text("error.pathNotUtf8", shown));
+    char* resolved = realpath(path.c_str(), nullptr);
+    if (resolved == nullptr) {
+        const char* key = errno == ENOENT || errno == ENOTDIR ? "error.pathMissing" : "error.pathUnreadable";
+        return std::unexpected(host.l10n.text(key, shown));
+    }
+    std::string folder(resolved);
+    std::free(resolved);
+    struct stat status{};
+    if (stat(folder.c_str(), &status) != 0) return std::unexpected(host.l10n.text("error.pathUnreadable", shown));
+    if (!S_ISDIR(status.st_mode)) return std::unexpected(host.l10n.text("error.pathIsFile", shown));
+    if (access(folder.c_str(), R_OK | X_OK) != 0) return std::unexpected(host.l10n.text("error.pathUnreadable", shown));
+    return folder;
+}
+
+Outcome serve(HostContext& host, const JSONObject& arguments) {
+    const auto path = arguments.optionalString("path");
+    if (!path || path->find('\0') != std::string::npos) {
+        return Refusal{.code = "usage", .message = host.l10n.text("usage.missing", "PATH")};
+    }
+    const auto folder = usableFolder(host, *path);
+    if (!folder) return Refusal{.message = folder.error()};
+    const Uuid id = host.store.addProject(*folder);
+    host.store.selectProject(id);
+    return JsonValue{{"id", id.lowerText()}};
+}
+
+}  // namespace
+
+Verb open() {
+    return {.name = "open",
+            .parameters = {{.kind = Parameter::Kind::required, .name = "PATH", .textKey = "help.parameter.path"}},
+            .run = run,
+            .serve = serve};
+}
+
+}  // namespace orvane::Verbs

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "OrvaneShell/CommandLine/Verb.h"
+
+/// Each verb is described and carried out in a source of its own beside this header.
+namespace orvane::Verbs {
+
+Verb host();
+Verb open();
+Verb list();
+Verb projects();
+Verb rename();
+Verb color();
+Verb move();
+Verb remove();
+Verb layout();
+Verb close();
+Verb events();
+Verb quit();
+Verb help();
+/// What a second start of the host sends to the first.
+Verb activateExisting();
+
+}  // namespace orvane::Verbs

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "Orvane/Workspace/AppStore.h"
+#include "OrvaneCore/Support/L10n.h"
+#include "Platform/LineServer.h"
+
+namespace orvane {
+
+/// What the host's half of a verb works with: the store, the language of whoever asks, and its connection. Lives for
+/// one request; whoever answers later keeps copies.
+struct HostContext {
+    AppStore& store;
+    L10n l10n;
+    std::weak_ptr<LineServer::Connection> connection;
+    /// Starts the stop sequence of the host.
+    std::function<void()> stop;
+};
+
+}  // namespace orvane

@@ -1,0 +1,66 @@
+#include "OrvaneShell/Host/RequestRouter.h"
+
+#include <boost/json.hpp>
+#include <utility>
+
+#include "OrvaneCore/Support/Overloaded.h"
+#include "OrvaneShell/CommandLine/VerbTable.h"
+#include "OrvaneShell/Host/HostContext.h"
+
+namespace orvane {
+
+namespace {
+
+std::string replyLine(const Refusal& refusal) {
+    boost::json::object error{{"code", refusal.code}, {"message", refusal.message}};
+    if (!refusal.details.is_null()) error["details"] = refusal.details;
+    return Json::write({{"ok", false}, {"error", error}});
+}
+
+std::string replyLine(const JsonValue& result) {
+    return Json::write({{"ok", true}, {"result", result}});
+}
+
+}  // namespace
+
+RequestRouter::RequestRouter(AppStore& store, L10n l10n, std::function<void()> stop)
+    : store_(store), l10n_(l10n), stop_(std::move(stop)) {}
+
+void RequestRouter::handle(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line) {
+    std::visit(Overloaded{
+                   [&](const JsonValue& result) { connection->reply(replyLine(result)); },
+                   [&](const Refusal& refusal) { connection->reply(replyLine(refusal)); },
+                   [](const Streaming&) {},
+               },
+               serve(connection, line));
+}
+
+Outcome RequestRouter::serve(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line) {
+    const auto json = Json::parse(line);
+    if (!json || !json->is_object()) {
+        return Refusal{.code = "malformed", .message = l10n_.text("error.malformedRequest")};
+    }
+    const JSONObject request(*json);
+    const L10n l10n{request.raw<Language>("language").value_or(l10n_.language)};
+    const std::string name = request.string("verb");
+    const Verb* verb = verbNamed(name);
+    if (verb == nullptr || verb->serve == nullptr) {
+        return Refusal{.code = "unknownVerb", .message = l10n.text("usage.unknownVerb", name)};
+    }
+    HostContext host{.store = store_, .l10n = l10n, .connection = connection, .stop = stop_};
+    return verb->serve(host, request.object("arguments"));
+}
+
+std::string RequestRouter::faultReply(LineServer::Fault fault) const {
+    switch (fault) {
+        case LineServer::Fault::requestTooLong:
+            return replyLine(Refusal{.code = "tooLong", .message = l10n_.text("error.requestTooLong")});
+        case LineServer::Fault::requestTooSlow:
+            return replyLine(Refusal{.code = "tooSlow", .message = l10n_.text("error.requestTooSlow")});
+        case LineServer::Fault::tooManyConnections:
+            return replyLine(Refusal{.code = "tooMany", .message = l10n_.text("error.tooManyConnections")});
+    }
+    std::unreachable();
+}
+
+}  // namespace orvane

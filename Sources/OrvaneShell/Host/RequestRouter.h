@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "Orvane/Workspace/AppStore.h"
+#include "OrvaneShell/CommandLine/Verb.h"
+#include "Platform/LineServer.h"
+
+namespace orvane {
+
+/// Turns the lines of the control socket into calls of verbs, and their outcomes into lines. A request is
+/// {"verb":…,"arguments":{…},"language":…}; a reply {"ok":true,"result":…} or
+/// {"ok":false,"error":{"code":…,"message":…}}. Nothing that a client sends can end the host.
+class RequestRouter {
+ public:
+    /// The store outlives the router.
+    RequestRouter(AppStore& store, L10n l10n, std::function<void()> stop);
+
+    void handle(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line);
+    std::string faultReply(LineServer::Fault fault) const;
+
+ private:
+    Outcome serve(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line);
+
+    AppStore& store_;
+    L10n l10n_;
+    std::function<void()> stop_;
+};
+
+}  // namespace orvane
