@@ -44,11 +44,6 @@ std::expected<std::string, SystemError> LineClient::readLine() {
     }
 }
 
-void LineClient::waitForClose() {
-    while (readLine()) {
-    }
-}
-
 std::expected<void, SystemError> LineClient::writeAll(std::string_view bytes) const {
     while (!bytes.empty()) {
         const ssize_t length = send(socket_.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);

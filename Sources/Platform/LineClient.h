@@ -20,9 +20,6 @@ class LineClient {
     /// The next line the server sends; error number 0 when it closed the connection.
     std::expected<std::string, SystemError> readLine();
 
-    /// Waits until the server has closed the connection, dropping what it still sends.
-    void waitForClose();
-
  private:
     explicit LineClient(FileDescriptor socket) : socket_(std::move(socket)) {}
 

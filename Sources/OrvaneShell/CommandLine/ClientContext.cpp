@@ -52,10 +52,6 @@ void ClientContext::printJson(const JsonValue& value) {
     output << Json::write(value) << '\n';
 }
 
-void ClientContext::waitForHostToEnd() {
-    if (connection_) connection_->waitForClose();
-}
-
 std::expected<LineClient*, int> ClientContext::connect(HostStart start) {
     if (!connection_) {
         auto connected = ControlClient::connect(environment, start);

@@ -45,9 +45,6 @@ class ClientContext {
     /// Prints a result as one line of JSON.
     void printJson(const JsonValue& value);
 
-    /// Whether the connection ended in the time of `ask`, as it does when the host stops.
-    void waitForHostToEnd();
-
  private:
     std::expected<LineClient*, int> connect(HostStart start);
     std::string requestLine(std::string_view verb, const boost::json::object& arguments) const;

@@ -52,4 +52,16 @@ std::expected<LineClient, Failure> connect(const Environment& environment, HostS
     }
 }
 
+bool waitForEnd(const Environment& environment) {
+    const std::string lockPath = HostPaths::lock(environment);
+    const pid_t stopping = InstanceLock::observe(lockPath).record.processId;
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (std::chrono::steady_clock::now() < deadline) {
+        const auto seen = InstanceLock::observe(lockPath);
+        if (seen.state != InstanceLock::State::running || seen.record.processId != stopping) return true;
+        std::this_thread::sleep_for(pollInterval);
+    }
+    return false;
+}
+
 }  // namespace orvane::ControlClient

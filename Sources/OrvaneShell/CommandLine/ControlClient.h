@@ -24,6 +24,10 @@ struct Failure {
 /// anew, is waited for.
 std::expected<LineClient, Failure> connect(const Environment& environment, HostStart start);
 
+/// Waits until the host that was told to stop has let go of everything, its state file included, so that another may
+/// start. False when it takes longer than a stopping host may.
+bool waitForEnd(const Environment& environment);
+
 }  // namespace ControlClient
 
 }  // namespace orvane

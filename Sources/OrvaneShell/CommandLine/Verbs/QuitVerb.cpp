@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <boost/json.hpp>
+#include <ostream>
 
 #include "OrvaneShell/CommandLine/ClientContext.h"
 #include "OrvaneShell/CommandLine/CommandStatus.h"
@@ -15,8 +16,9 @@ int run(ClientContext& client, const Arguments& arguments) {
     if (arguments.has("force")) request["force"] = true;
     const int status = client.ask("quit", std::move(request), [](const JsonValue&) {});
     // Whoever starts the host again right after this must not find the old one.
-    if (status == CommandStatus::done) client.waitForHostToEnd();
-    return status;
+    if (status != CommandStatus::done || ControlClient::waitForEnd(client.environment)) return status;
+    client.errors << client.l10n.text("quit.takesLong") << '\n';
+    return CommandStatus::refused;
 }
 
 Outcome serve(HostContext& host, const JSONObject& arguments) {

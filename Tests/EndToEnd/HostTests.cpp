@@ -1,0 +1,239 @@
+// The executable as people and scripts use it: real processes, real files in a folder of the test.
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+
+#include <boost/json.hpp>
+#include <csignal>
+#include <filesystem>
+
+#include "OrvaneCore/Support/JSONObject.h"
+#include "Platform/ChildProcess.h"
+#include "Platform/Environment.h"
+#include "Platform/InstanceLock.h"
+#include "Platform/LineClient.h"
+#include "Platform/ManualMainLoop.h"
+#include "Platform/UnixSocket.h"
+#include "Support/TemporaryFolder.h"
+
+namespace orvane {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+/// A program that was started, and what it has said so far.
+struct Invocation {
+    std::unique_ptr<ChildProcess> child;
+    std::string output;
+    std::string errors;
+    std::optional<ExitStatus> end;
+
+    int status() const { return end ? end->shellCode() : -1; }
+};
+
+class HostTest : public ::testing::Test {
+ protected:
+    HostTest() {
+        environment = currentEnvironment();
+        for (const char* name : {"LC_ALL", "LANG", "LC_MESSAGES"})
+            environment.erase(name);
+        environment["HOME"] = folder.path();
+        environment["XDG_DATA_HOME"] = folder.path("data");
+        environment["XDG_CONFIG_HOME"] = folder.path("config");
+        environment["XDG_RUNTIME_DIR"] = folder.path("run");
+        environment["TMPDIR"] = folder.path("tmp");
+        for (const char* name : {"run", "tmp", "project"})
+            std::filesystem::create_directory(folder.path(name));
+    }
+    ~HostTest() override {
+        const pid_t host = hostProcess();
+        if (host > 1) kill(host, SIGKILL);
+    }
+
+    std::shared_ptr<Invocation> start(std::vector<std::string> words) {
+        auto run = std::make_shared<Invocation>();
+        words.insert(words.begin(), ORVANE_EXECUTABLE);
+        auto child = ChildProcess::start(
+            loop,
+            {.arguments = std::move(words), .environment = environment, .workingDirectory = folder.path("project")},
+            // The invocation owns the child, which owns these.
+            {.onOutput = [raw = run.get()](std::string_view bytes) { raw->output += bytes; },
+             .onError = [raw = run.get()](std::string_view bytes) { raw->errors += bytes; },
+             .onExit = [raw = run.get()](ExitStatus status) { raw->end = status; }});
+        EXPECT_TRUE(child.has_value());
+        if (child) run->child = std::move(*child);
+        return run;
+    }
+
+    std::shared_ptr<Invocation> orvane(std::vector<std::string> words) {
+        auto run = start(std::move(words));
+        EXPECT_TRUE(loop.runUntil([&] { return run->end.has_value(); }));
+        return run;
+    }
+
+    InstanceLock::Observation seen() const { return InstanceLock::observe(folder.path("data/Orvane/host.lock")); }
+    pid_t hostProcess() const { return seen().record.processId; }
+
+    ::testing::AssertionResult hostRuns() {
+        const bool runs = loop.runUntil([this] { return seen().state == InstanceLock::State::running; });
+        return runs ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << "no host";
+    }
+
+    TemporaryFolder folder;
+    Environment environment;
+    ManualMainLoop loop;
+};
+
+TEST_F(HostTest, ANewUsersFirstCommands) {
+    const auto early = orvane({"list"});
+    EXPECT_EQ(early->status(), 3);
+    EXPECT_THAT(early->errors, HasSubstr("orvane open PATH"));
+    EXPECT_THAT(early->output, IsEmpty());
+
+    const auto opened = orvane({"open", "."});
+    EXPECT_EQ(opened->status(), 0) << opened->errors;
+    const auto id = Uuid::parse(opened->output.substr(0, 36));
+    ASSERT_TRUE(id.has_value()) << opened->output;
+    EXPECT_EQ(opened->output, id->lowerText() + "\n");
+    EXPECT_EQ(orvane({"list", "--json"})->output, "[]\n");
+    EXPECT_EQ(
+        orvane({"projects", "--json"})->output,
+        Json::write(boost::json::array{
+            {{"id", id->lowerText()}, {"name", "project"}, {"path", folder.path("project")}, {"branch", nullptr}}}) +
+            "\n");
+    EXPECT_THAT(orvane({})->output, HasSubstr(folder.path("project")));
+    EXPECT_EQ(orvane({"quit"})->status(), 0);
+    EXPECT_EQ(seen().state, InstanceLock::State::free);                        // quit waits for the end
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path("run/orvane")));         // no socket is left
+    EXPECT_THAT(orvane({})->output, HasSubstr(id->lowerText().substr(0, 8)));  // and everything is found again
+}
+
+TEST_F(HostTest, WrongUsageIsToldInTheUsersLanguage) {
+    const struct {
+        std::vector<std::string> words;
+        int status;
+        const char* message;
+    } cases[] = {
+        {{"nosuch"}, 2, "“nosuch”"},         {{"open"}, 2, "PATH is missing"},  {{"list", "--what"}, 2, "“--what”"},
+        {{"list", "more"}, 2, "“more”"},     {{"help", "nosuch"}, 2, "nosuch"}, {{"rename", "a"}, 2, "NAME"},
+        {{"layout", "--save"}, 2, "--save"}, {{"quit"}, 3, "No Orvane host"},
+    };
+    for (const auto& each : cases) {
+        const auto run = orvane(each.words);
+        EXPECT_EQ(run->status(), each.status) << each.words[0];
+        EXPECT_THAT(run->errors, HasSubstr(each.message)) << each.words[0];
+        EXPECT_THAT(run->output, IsEmpty()) << each.words[0];
+    }
+    environment["LANG"] = "de_DE.UTF-8";
+    EXPECT_THAT(orvane({"open"})->errors, HasSubstr("PATH fehlt"));
+    std::filesystem::create_directories(folder.path("config/Orvane"));
+    folder.write("config/Orvane/preferences.json", R"({"language":"fr"})");
+    EXPECT_THAT(orvane({"open"})->errors, HasSubstr("Il manque PATH"));
+    EXPECT_THAT(orvane({"open", "/no/such/place"})->errors, HasSubstr("n’existe pas"));
+}
+
+TEST_F(HostTest, OfManyStartedAtOnceOneStays) {
+    std::vector<std::shared_ptr<Invocation>> starts;
+    for (int count = 0; count < 8; ++count)
+        starts.push_back(start({"host"}));
+    const auto ended = [&] {
+        return std::ranges::count_if(starts, [](const auto& run) { return run->end.has_value(); });
+    };
+    ASSERT_TRUE(loop.runUntil([&] { return ended() == 7; }, 60s));
+    ASSERT_TRUE(hostRuns());
+    for (const auto& run : starts) {
+        if (run->end) {
+            EXPECT_EQ(run->status(), 0) << run->errors;
+        } else {
+            EXPECT_EQ(run->child->pid(), hostProcess());
+        }
+    }
+    EXPECT_EQ(orvane({"list", "--json"})->output, "[]\n");
+}
+
+TEST_F(HostTest, AKilledHostLeavesNothingThatStopsTheNext) {
+    ASSERT_EQ(orvane({"open", "."})->status(), 0);
+    const pid_t first = hostProcess();
+    loop.advance(1s);
+    const std::string projects = orvane({"projects", "--json"})->output;
+    // What was answered may still be on its way to the disk; a second start must not wait for it.
+    ASSERT_TRUE(loop.runUntil([&] { return !folder.read("data/Orvane/state.json").empty(); }));
+    ASSERT_EQ(kill(first, SIGKILL), 0);
+    ASSERT_TRUE(loop.runUntil([&] { return seen().state == InstanceLock::State::free; }));
+    EXPECT_EQ(orvane({"projects"})->status(), 3);
+    EXPECT_EQ(orvane({})->status(), 0);
+    EXPECT_NE(hostProcess(), first);
+    EXPECT_EQ(orvane({"projects", "--json"})->output, projects);
+}
+
+TEST_F(HostTest, ALostSocketIsMadeAnew) {
+    ASSERT_EQ(orvane({"open", "."})->status(), 0);
+    const pid_t host = hostProcess();
+    std::filesystem::remove(seen().record.socketPath);
+    EXPECT_EQ(orvane({"list"})->status(), 0);
+    std::filesystem::remove_all(folder.path("run/orvane"));
+    EXPECT_EQ(orvane({"list"})->status(), 0);
+    // The runtime folder itself goes when the login session ends.
+    std::filesystem::remove_all(folder.path("run"));
+    EXPECT_EQ(orvane({"list"})->status(), 0);
+    EXPECT_THAT(seen().record.socketPath, HasSubstr(folder.path("tmp")));
+    EXPECT_EQ(hostProcess(), host);
+}
+
+TEST_F(HostTest, SignalsStopTheHostAsItsKindAsks) {
+    for (const int signal : {SIGTERM, SIGHUP, SIGINT}) {
+        const auto host = start({"host"});
+        ASSERT_TRUE(hostRuns());
+        ASSERT_EQ(kill(hostProcess(), signal), 0);
+        ASSERT_TRUE(loop.runUntil([&] { return host->end.has_value(); })) << signal;
+        EXPECT_EQ(host->status(), 0) << host->errors;
+    }
+    ASSERT_EQ(orvane({"open", "."})->status(), 0);
+    const pid_t background = hostProcess();
+    EXPECT_EQ(getsid(background), background);  // of no terminal
+    ASSERT_EQ(kill(background, SIGHUP), 0);
+    EXPECT_EQ(orvane({"list"})->status(), 0);
+    EXPECT_EQ(hostProcess(), background);
+}
+
+TEST_F(HostTest, BadClientsDoNoHarm) {
+    ASSERT_EQ(orvane({"open", "."})->status(), 0);
+    const std::string socket = seen().record.socketPath;
+    const auto silent = UnixSocket::connectTo(socket);
+    ASSERT_TRUE(silent.has_value());
+    auto client = LineClient::connect(socket);
+    ASSERT_TRUE(client.has_value());
+    const auto codeOf = [&](const std::string& line) {
+        const auto reply = client->request(line);
+        const auto json = reply ? Json::parse(*reply) : std::nullopt;
+        return json ? JSONObject(*json).object("error").string("code") : reply ? *reply : reply.error().message();
+    };
+    EXPECT_EQ(codeOf("this is no JSON"), "malformed");
+    EXPECT_EQ(codeOf(std::string(10 << 20, 'x')), "tooLong");
+    EXPECT_EQ(codeOf(R"({"verb":"list"})"), "");
+    // One that writes and leaves without reading.
+    for (int count = 0; count < 50; ++count) {
+        const auto rude = UnixSocket::connectTo(socket);
+        ASSERT_TRUE(rude.has_value());
+        const std::string line = "{\"verb\":\"projects\"}\n";
+        send(rude->number(), line.data(), line.size(), MSG_NOSIGNAL);
+    }
+    EXPECT_EQ(orvane({"list"})->status(), 0);
+}
+
+TEST_F(HostTest, AFolderThatCannotBeUsedIsAClearError) {
+    folder.write("data", "a file where a folder is needed");
+    const auto host = orvane({"host"});
+    EXPECT_EQ(host->status(), 1);
+    EXPECT_THAT(host->errors, HasSubstr(folder.path("data")));
+    const auto opened = orvane({"open", "."});
+    EXPECT_EQ(opened->status(), 1);
+    EXPECT_THAT(opened->errors, HasSubstr(folder.path("data")));
+}
+
+}  // namespace
+}  // namespace orvane

@@ -1,0 +1,229 @@
+#include "OrvaneShell/Host/RequestRouter.h"
+
+#include <gmock/gmock.h>
+
+#include <boost/json.hpp>
+#include <filesystem>
+
+#include "Orvane/StoreFixture.h"
+
+namespace orvane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+/// Keeps what it is sent.
+class RecordingConnection final : public LineServer::Connection {
+ public:
+    void reply(std::string_view line) override { lines.emplace_back(line); }
+    void beginStream() override { isStreaming = true; }
+    void stream(std::string_view line) override { lines.emplace_back(line); }
+    void onClose(std::function<void()> callback) override { close = std::move(callback); }
+
+    std::vector<std::string> lines;
+    bool isStreaming = false;
+    std::function<void()> close;
+};
+
+class RequestRouterTest : public testing::StoreFixture {
+ protected:
+    /// The reply to one line; every request must get exactly one.
+    JsonValue replyTo(const std::string& line) {
+        const auto connection = std::make_shared<RecordingConnection>();
+        router.handle(connection, line);
+        EXPECT_EQ(connection->lines.size(), 1U) << line;
+        return Json::parse(connection->lines.at(0)).value();
+    }
+
+    JsonValue ask(const std::string& verb, boost::json::object arguments = {}) {
+        return replyTo(Json::write({{"verb", verb}, {"arguments", std::move(arguments)}}));
+    }
+
+    /// The result of a request that must succeed.
+    JsonValue result(const std::string& verb, boost::json::object arguments = {}) {
+        const JsonValue reply = ask(verb, std::move(arguments));
+        EXPECT_TRUE(reply.at("ok").get_bool()) << Json::write(reply);
+        return reply.get_object().contains("result") ? reply.at("result") : JsonValue();
+    }
+
+    /// "code: message" of a request that must be refused.
+    std::string refusal(const std::string& verb, boost::json::object arguments = {}) {
+        const JsonValue reply = ask(verb, std::move(arguments));
+        EXPECT_FALSE(reply.at("ok").get_bool()) << Json::write(reply);
+        const JSONObject error = JSONObject(reply).object("error");
+        return error.string("code") + ": " + error.string("message");
+    }
+
+    std::string open(const std::string& name) {
+        std::filesystem::create_directories(folder.path(name));
+        return JSONObject(result("open", {{"path", folder.path(name)}})).string("id");
+    }
+
+    std::vector<std::string> projectNames() {
+        std::vector<std::string> names;
+        const JsonValue rows = result("projects");
+        for (const JsonValue& row : rows.get_array())
+            names.push_back(JSONObject(row).string("name"));
+        return names;
+    }
+
+    int stops = 0;
+    RequestRouter router{*store, {}, [this] { ++stops; }};
+};
+
+TEST_F(RequestRouterTest, AnswersWhatIsNoRequestWithAnError) {
+    const std::string deep(100000, '[');
+    for (const std::string& line :
+         {std::string(), std::string("nonsense"), std::string("[]"), std::string("{\"verb\":"), std::string("\xff\xfe"),
+          std::string("{\"verb\":\"list\"} x"), deep}) {
+        const JsonValue reply = replyTo(line);
+        EXPECT_EQ(JSONObject(reply).object("error").string("code"), "malformed") << line.substr(0, 40);
+    }
+    for (const char* line : {"{}", R"({"verb":7})", R"({"verb":"nosuch"})", R"({"verb":"help"})"}) {
+        EXPECT_EQ(JSONObject(replyTo(line)).object("error").string("code"), "unknownVerb") << line;
+    }
+    const JsonValue french = replyTo(R"({"verb":"nosuch","language":"fr"})");
+    EXPECT_THAT(JSONObject(french).object("error").string("message"), HasSubstr("nosuch"));
+    EXPECT_NE(french, replyTo(R"({"verb":"nosuch","language":"klingon"})"));
+}
+
+TEST_F(RequestRouterTest, OpensFoldersAndRefusesWhatIsNone) {
+    const std::string first = open("one");
+    EXPECT_TRUE(Uuid::parse(first).has_value());
+    EXPECT_EQ(first, Uuid::parse(first)->lowerText());
+    EXPECT_EQ(open("one/../one/"), first);
+    std::filesystem::create_directory_symlink(folder.path("one"), folder.path("link"));
+    EXPECT_EQ(open("link"), first);
+    folder.write("file", "");
+    EXPECT_THAT(refusal("open", {{"path", folder.path("file")}}), HasSubstr("is a file"));
+    EXPECT_THAT(refusal("open", {{"path", folder.path("file/below")}}), HasSubstr("There is no folder"));
+    EXPECT_THAT(refusal("open", {{"path", folder.path("missing")}}), HasSubstr("There is no folder"));
+    EXPECT_THAT(refusal("open", {{"path", "relative"}}), HasSubstr("not an absolute path"));
+    EXPECT_THAT(refusal("open", {{"path", 7}}), HasSubstr("usage: "));
+    EXPECT_THAT(refusal("open", {{"path", std::string("/tmp\0x", 6)}}), HasSubstr("usage: "));
+    EXPECT_EQ(store->workspace().projects.size(), 1U);
+}
+
+TEST_F(RequestRouterTest, FindsProjectsByIdPathAndNameAndEditsThem) {
+    const std::string a = open("alpha");
+    const std::string b = open("beta");
+    const std::string c = open("gamma");
+    std::string upper = a;
+    std::ranges::transform(upper, upper.begin(),
+                           [](unsigned char byte) { return static_cast<char>(std::toupper(byte)); });
+    result("rename", {{"project", upper.substr(0, 13)}, {"name", " First\n\x1b[31m one "}});
+    result("rename", {{"project", folder.path("beta")}, {"name", "Second"}});
+    EXPECT_THAT(projectNames(), ElementsAre("First [31m one", "Second", "gamma"));
+    EXPECT_THAT(refusal("rename", {{"project", "second"}, {"name", " \t"}}), HasSubstr("visible character"));
+    EXPECT_THAT(refusal("rename", {{"project", "no such"}, {"name", "x"}}), HasSubstr("Nothing matches"));
+    EXPECT_THAT(refusal("rename", {{"project", ""}, {"name", "x"}}), HasSubstr("Nothing matches"));
+    result("rename", {{"project", c}, {"name", "SECOND"}});
+    EXPECT_THAT(refusal("color", {{"project", "second"}, {"color", "1"}}), HasSubstr("more than one"));
+
+    result("move", {{"project", c}, {"target", a}});
+    EXPECT_THAT(projectNames(), ElementsAre("SECOND", "First [31m one", "Second"));
+    result("color", {{"project", b}, {"color", "Red"}});
+    result("color", {{"project", c}, {"color", "11"}});
+    result("color", {{"project", a}, {"color", "#00ff7f"}});
+    const auto& projects = store->workspace().projects;
+    EXPECT_EQ(projects[0].colorIndex, 11);
+    EXPECT_EQ(projects[1].customColorHex, "00FF7F");
+    EXPECT_EQ(projects[2].colorIndex, 3);
+    for (const char* bad : {"12", "-1", "", "#12345", "no colour", "99999999999999999999"}) {
+        EXPECT_THAT(refusal("color", {{"project", a}, {"color", bad}}), HasSubstr("is no colour")) << bad;
+    }
+    result("remove", {{"project", b}});
+    EXPECT_THAT(projectNames(), ElementsAre("SECOND", "First [31m one"));
+}
+
+TEST_F(RequestRouterTest, ListsSessionsAsScriptsReadThem) {
+    const std::string id = open("home");
+    const Uuid home = *Uuid::parse(id);
+    SessionController& failing = session(home, "exit 3");
+    SessionController& running = session(home);
+    ASSERT_TRUE(loop.runUntil([&] { return !failing.isActive(); }));
+    const JsonValue expected = {{{"id", failing.id().lowerText()},
+                                 {"project", id},
+                                 {"kind", "shell"},
+                                 {"title", "shell"},
+                                 {"status", "failed"},
+                                 {"exitCode", 3},
+                                 {"cwd", folder.path("home")},
+                                 {"pid", 0},
+                                 {"attention", false}},
+                                {{"id", running.id().lowerText()},
+                                 {"project", id},
+                                 {"kind", "shell"},
+                                 {"title", "shell"},
+                                 {"status", "ready"},
+                                 {"cwd", folder.path("home")},
+                                 {"pid", running.processId()},
+                                 {"attention", false}}};
+    EXPECT_EQ(Json::write(result("list")), Json::write(expected));
+    EXPECT_GT(running.processId(), 1);
+}
+
+TEST_F(RequestRouterTest, QuitAndRemoveAskWhileSessionsAreActive) {
+    const std::string id = open("home");
+    const Uuid active = session(*Uuid::parse(id)).id();
+    const JsonValue reply = ask("quit");
+    const JSONObject error = JSONObject(reply).object("error");
+    EXPECT_EQ(error.string("code"), "confirm");
+    EXPECT_EQ(error.object("details").string("title"), "1 session still active");
+    EXPECT_THAT(refusal("remove", {{"project", id}}), HasSubstr("confirm: 1 session of “home” is still active"));
+    EXPECT_EQ(stops, 0);
+    result("close", {{"id", active.lowerText().substr(0, 13)}});
+    EXPECT_TRUE(store->sessions().empty());
+    result("quit");
+    EXPECT_EQ(stops, 1);
+    session(*Uuid::parse(id));
+    result("quit", {{"force", true}});
+    EXPECT_EQ(stops, 2);
+    result("remove", {{"project", id}, {"force", true}});
+    EXPECT_TRUE(store->workspace().projects.empty());
+}
+
+TEST_F(RequestRouterTest, LayoutsAreAppliedSavedAndShown) {
+    EXPECT_THAT(refusal("layout"), HasSubstr("no project yet"));
+    const Uuid home = *Uuid::parse(open("home"));
+    for (int count = 0; count < 3; ++count)
+        session(home);
+    const JsonValue applied = result("layout", {{"name", "twoColumns"}, {"save", "mine"}});
+    EXPECT_EQ(applied.at("unplaced").get_array().size(), 1U);
+    EXPECT_EQ(applied.at("tree").at("split").at("axis"), "horizontal");
+    EXPECT_EQ(store->sessions().size(), 3U);
+    result("layout", {{"name", "single"}});
+    const JsonValue again = result("layout", {{"name", "mine"}});
+    EXPECT_EQ(again.at("tree").at("split").at("children").get_array().size(), 2U);
+    EXPECT_THAT(refusal("layout", {{"name", "nosuch"}}), HasSubstr("no layout"));
+    EXPECT_THAT(refusal("layout", {{"save", "grid"}}), HasSubstr("built-in"));
+    EXPECT_THAT(refusal("layout", {{"tab", "zz"}}), HasSubstr("Nothing matches"));
+
+    const JsonValue pane = again.at("tree").at("split").at("children").at(0).at("pane").at("id");
+    result("close", {{"id", pane}});
+    EXPECT_EQ(store->workspace().paneCount(), 1U);
+    const std::string tab = JSONObject(again).string("surface");
+    result("close", {{"id", tab}});
+    EXPECT_FALSE(store->workspace().surfaceTrees.contains(*Uuid::parse(tab)));
+    EXPECT_EQ(store->workspace().surfaceMetas.at(home).size(), 1U);
+}
+
+TEST_F(RequestRouterTest, FollowersSeeChangesUntilTheyLeave) {
+    SessionController& watched = session(project());
+    const auto follower = std::make_shared<RecordingConnection>();
+    router.handle(follower, R"({"verb":"events","arguments":{"follow":true}})");
+    EXPECT_TRUE(follower->isStreaming);
+    watched.setStatus({SessionStatus::Waiting{}});
+    EXPECT_THAT(follower->lines, ElementsAre(Json::write({{"revision", store->remoteRevision()},
+                                                          {"session", watched.id().lowerText()},
+                                                          {"from", "ready"},
+                                                          {"to", "waiting"}})));
+    EXPECT_EQ(result("events").get_array().size(), 2U);
+    follower->close();
+    watched.setStatus({SessionStatus::Idle{}});
+    EXPECT_EQ(follower->lines.size(), 1U);
+}
+
+}  // namespace
+}  // namespace orvane
