@@ -59,7 +59,7 @@ struct AsioMainLoop::Implementation : std::enable_shared_from_this<Implementatio
         });
     }
 
-    Registration addWatch(std::shared_ptr<Watch> watch) {
+    Registration addWatch(const std::shared_ptr<Watch>& watch) {
         auto found = watched.find(watch->descriptor);
         if (found == watched.end()) {
             Watched entry{asio::posix::stream_descriptor(context, watch->descriptor)};

@@ -17,6 +17,7 @@ namespace {
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
     std::vector<char*> result;
+    result.reserve(texts.size() + 1);
     for (std::string& text : texts)
         result.push_back(text.data());
     result.push_back(nullptr);
@@ -66,7 +67,7 @@ std::expected<std::string, SystemError> start(const std::string& executable, con
     std::vector<std::string> argumentTexts = arguments;
     std::vector<std::string> environmentTexts;
     for (const auto& [name, value] : environment)
-        environmentTexts.push_back(name + "=" + value);
+        environmentTexts.push_back(std::string(name).append("=").append(value));
     pid_t pid = 0;
     const int failure = posix_spawn(&pid, executable.c_str(), &actions, &attributes, pointers(argumentTexts).data(),
                                     pointers(environmentTexts).data());

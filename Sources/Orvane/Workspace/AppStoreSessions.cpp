@@ -135,17 +135,17 @@ void AppStore::closeSession(const Uuid& id) {
 
 void AppStore::endSession(const Uuid& id) {
     const auto found = std::ranges::find_if(sessions_, [&](const auto& each) { return each->id() == id; });
-    const std::shared_ptr<SessionController> ended = *found;
+    std::shared_ptr<SessionController> ended = *found;
     ended->terminate();
     tally_.raise("session_close");
     workspace_.clearSession(id);
-    sessions_.erase(found);
+    std::erase(sessions_, ended);
     std::erase_if(closedSessions_, [](const auto& each) { return !each->isStillTerminating(); });
-    closedSessions_.push_back(ended);
     if (interface_.sessionPendingClose == id) interface_.sessionPendingClose.reset();
     if (interface_.searchingSessionID == id) interface_.searchingSessionID.reset();
     ++remoteRevision_;
     publish({.session = id, .from = std::string(ended->status().name()), .to = {}});
+    closedSessions_.push_back(std::move(ended));
 }
 
 }  // namespace orvane

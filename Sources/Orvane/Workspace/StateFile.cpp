@@ -24,13 +24,15 @@ std::optional<SavedState> StateFile::load(const std::string& timeStamp) {
         const auto json = Json::parse(*text);
         if (auto state = json ? SavedState::decode(*json) : std::nullopt) return state;
     }
-    // Nobody may lose a workspace because a build could not read its file. Where keeping it fails too, the next save
-    // overwrites it: an empty start is still better than none.
-    (void)keepAside(path_, ".corrupt-" + timeStamp);
+    // Nobody may lose a workspace because a build could not read its file.
+    const auto kept = keepAside(path_, ".corrupt-" + timeStamp);
+    if (!kept) mustKeepOld_ = timeStamp;
     return std::nullopt;
 }
 
 void StateFile::save(const SavedState& state) {
+    if (mustKeepOld_ && !keepAside(path_, ".corrupt-" + *mustKeepOld_)) return;
+    mustKeepOld_.reset();
     writer_.write(Json::write(state.encode(), Json::Layout::indented) + "\n");
 }
 

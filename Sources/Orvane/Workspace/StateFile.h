@@ -23,6 +23,8 @@ class StateFile {
 
  private:
     std::string path_;
+    /// The time stamp of a file that could not be read nor kept aside; it is not overwritten before that succeeds.
+    std::optional<std::string> mustKeepOld_;
     WholeFileWriter writer_;
 };
 

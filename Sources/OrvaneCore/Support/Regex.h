@@ -43,7 +43,9 @@ class Regex {
     struct Match {
         std::vector<std::optional<Group>> groups;
 
-        const Group& whole() const { return *groups.front(); }
+        const Group& whole() const {
+            return *groups.front();
+        }  // NOLINT(bugprone-unchecked-optional-access): always set
     };
 
     struct LimitExceeded {};

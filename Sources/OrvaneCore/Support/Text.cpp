@@ -44,7 +44,7 @@ struct Decoded {
 
 Decoded decode(std::string_view text, std::size_t from) {
     UChar32 codePoint = 0;
-    U8_NEXT(text.data(), from, text.size(), codePoint);
+    U8_NEXT(text.data(), from, text.size(), codePoint);  // NOLINT(bugprone-inc-dec-in-conditions): the macro
     return {codePoint, from};
 }
 
@@ -114,8 +114,8 @@ class CharacterBorders {
         UErrorCode status = U_ZERO_ERROR;
         UText source = UTEXT_INITIALIZER;
         const auto length = static_cast<std::int64_t>(std::min(text_.size(), icuLimit));
-        utext_openUTF8(&source, text_.data(), length, &status);
-        iterator()->setText(&source, status);  // keeps a shallow copy
+        utext_openUTF8(&source, text_.data(), length, &status);  // NOLINT(bugprone-suspicious-stringview-data-usage)
+        iterator()->setText(&source, status);                    // keeps a shallow copy
         utext_close(&source);
         attached_ = U_SUCCESS(status);
         return attached_;

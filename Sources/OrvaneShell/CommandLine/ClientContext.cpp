@@ -34,7 +34,7 @@ int ClientContext::ask(std::string_view verb, boost::json::object arguments,
     return explain(error);
 }
 
-int ClientContext::follow(std::string_view verb, boost::json::object arguments) {
+int ClientContext::follow(std::string_view verb, const boost::json::object& arguments) {
     const auto connection = connect(HostStart::never);
     if (!connection) return connection.error();
     auto line = (*connection)->request(requestLine(verb, arguments));
@@ -42,7 +42,7 @@ int ClientContext::follow(std::string_view verb, boost::json::object arguments) 
         const auto reply = Json::parse(*line);
         const JSONObject object = reply ? JSONObject(*reply) : JSONObject();
         if (object.contains("ok")) return explain(object.object("error"));
-        output << *line << std::endl;  // whoever reads a pipe wants each event when it comes
+        output << *line << '\n' << std::flush;  // whoever reads a pipe wants each event when it comes
         if (!output) return CommandStatus::refused;
     }
     return CommandStatus::done;

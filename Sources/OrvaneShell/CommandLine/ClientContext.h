@@ -3,6 +3,7 @@
 #include <expected>
 #include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
 
 #include "OrvaneCore/Support/JSONObject.h"
@@ -40,7 +41,7 @@ class ClientContext {
             HostStart start = HostStart::never);
 
     /// The same for a request whose answer is a stream: every line goes to the output until the host ends.
-    int follow(std::string_view verb, boost::json::object arguments);
+    int follow(std::string_view verb, const boost::json::object& arguments);
 
     /// Prints a result as one line of JSON.
     void printJson(const JsonValue& value);

@@ -33,7 +33,7 @@ Language clientLanguage(const Environment& environment) {
 /// The shell's idea of the folder, which keeps the links people came through, if it is still true.
 std::string workingDirectory(const Environment& environment) {
     std::error_code error;
-    const std::string logical = variable(environment, "PWD");
+    std::string logical = variable(environment, "PWD");
     if (logical.starts_with('/') && std::filesystem::equivalent(logical, ".", error)) return logical;
     return std::filesystem::current_path(error).string();
 }

@@ -25,6 +25,7 @@ std::expected<Uuid, Refusal> among(const HostContext& host, const std::string& t
 std::expected<Uuid, Refusal> project(const HostContext& host, const std::string& text) {
     const auto& projects = host.store.workspace().projects;
     std::vector<Uuid> ids;
+    ids.reserve(projects.size());
     for (const Project& each : projects)
         ids.push_back(each.id);
     const auto byId = IdPrefix::resolve(text, ids);
@@ -54,6 +55,7 @@ std::expected<Item, Refusal> item(const HostContext& host, const std::string& te
             items.push_back({Item::Kind::surface, meta.id});
     }
     std::vector<Uuid> ids;
+    ids.reserve(items.size());
     for (const Item& each : items)
         ids.push_back(each.id);
     const auto id = among(host, text, ids);

@@ -68,12 +68,12 @@ int runHost(Host::Mode mode, const Environment& environment, const std::function
         tellFailure(lock.error());
         return 1;
     }
-    if (!*lock) {
+    if (!lock->has_value()) {
         tellReady("ready");
         return 0;
     }
     log.log("launch: instance primaire");
-    Host host(mode, environment, std::move(**lock), std::move(log));
+    Host host(mode, environment, std::move(lock->value()), std::move(log));
     if (auto started = host.start(); !started) {
         tellFailure(started.error());
         return 1;

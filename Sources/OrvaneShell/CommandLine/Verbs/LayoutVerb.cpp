@@ -89,6 +89,7 @@ std::expected<Uuid, Refusal> workspaceSurface(const HostContext& host, const JSO
     const WorkspaceModel& workspace = host.store.workspace();
     if (const auto tab = arguments.optionalString("tab")) {
         std::vector<Uuid> surfaces;
+        surfaces.reserve(workspace.surfaceTrees.size());
         for (const auto& [surface, tree] : workspace.surfaceTrees)
             surfaces.push_back(surface);
         return Selection::among(host, *tab, surfaces);
