@@ -83,6 +83,7 @@ class LineServerTest : public testing::Test {
                  if (line == "hold") {
                      held_ = connection;
                  } else if (line == "stream") {
+                     connection->beginStream();
                      connection->stream("1");
                      connection->stream("2");
                  } else {
