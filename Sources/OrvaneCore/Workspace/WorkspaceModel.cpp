@@ -7,6 +7,29 @@
 
 namespace orvane {
 
+namespace {
+
+std::set<Uuid> embeddableSurfaces(const std::vector<SurfaceMeta>& metas) {
+    std::set<Uuid> embeddable;
+    for (const SurfaceMeta& meta : metas) {
+        if (isPaneEmbeddable(meta.kind)) embeddable.insert(meta.id);
+    }
+    return embeddable;
+}
+
+/// A file may name one leaf in two trees; a leaf is found by its id alone, so the later tree gets ids of its own.
+SavedSurface withFreshLeaves(SavedSurface surface, const WorkspaceModel& model) {
+    if (!surface.node) return surface;
+    const auto isTaken = [&](const Uuid& leaf) { return model.paneOfLeaf(leaf).has_value(); };
+    if (std::ranges::none_of(surface.node->leafIDs(), isTaken)) return surface;
+    const auto contents = surface.node->contentIDs();
+    surface.node = surface.node->template_({contents.begin(), contents.end()});
+    surface.focusedPane.reset();
+    return surface;
+}
+
+}  // namespace
+
 const Project* WorkspaceModel::project(const Uuid& id) const {
     const auto found = std::ranges::find(projects, id, &Project::id);
     return found == projects.end() ? nullptr : &*found;
@@ -52,12 +75,10 @@ void WorkspaceModel::selectProject(const Uuid& id) {
 }
 
 void WorkspaceModel::selectSession(const Uuid& session, const Uuid& inProject) {
+    if (project(inProject) == nullptr) return;
     selectedSessionID = session;
     selectedProjectID = inProject;
-    const auto pane = paneShowing(session);
-    if (!pane) return;
-    if (const auto owner = projectOfSurface(pane->surface)) activeSurfaceID[*owner] = pane->surface;
-    focusedPanes[pane->surface] = pane->leaf;
+    if (const auto pane = paneShowing(session)) focusPane(pane->leaf);
 }
 
 /// The session of the focused pane of the tab that the selected project shows.
@@ -85,10 +106,7 @@ SavedState WorkspaceModel::saved() const {
                      .others = otherState};
     for (const auto& [projectID, metas] : surfaceMetas) {
         // Sessions do not survive a restart, so their ids are left out; surfaces in panes stay where they are.
-        std::set<Uuid> embeddable;
-        for (const SurfaceMeta& meta : metas) {
-            if (isPaneEmbeddable(meta.kind)) embeddable.insert(meta.id);
-        }
+        const std::set<Uuid> embeddable = embeddableSurfaces(metas);
         auto& surfaces = (*state.surfaces)[projectID];
         for (const SurfaceMeta& meta : metas) {
             SavedSurface& surface = surfaces.emplace_back(SavedSurface{.meta = meta, .node = {}, .focusedPane = {}});
@@ -118,15 +136,27 @@ WorkspaceModel WorkspaceModel::restoring(SavedState state, const std::string& wo
     model.knownSlashCommands = std::move(state.knownSlashCommands);
     model.collapsedProjects = std::move(state.collapsedProjects);
     model.otherState = std::move(state.others);
-    if (state.surfaces) {
-        for (auto& [projectID, surfaces] : *state.surfaces) {
-            for (SavedSurface& surface : surfaces)
-                model.install(projectID, std::move(surface));
+    model.selectedProjectID = state.selectedProjectID;
+    for (auto& [projectID, surfaces] : *state.surfaces) {
+        for (SavedSurface& surface : surfaces)
+            model.install(projectID, withFreshLeaves(std::move(surface), model));
+        model.dropForeignContents(projectID);
+        model.activateSurface(state.activeSurfaces.at(projectID));
+    }
+    return model;
+}
+
+/// Empties the panes that show no surface of the project which fits into a pane: a session of an earlier run, or a
+/// surface that this build could not read. Nothing could close them.
+void WorkspaceModel::dropForeignContents(const Uuid& projectID) {
+    const std::set<Uuid> kept = embeddableSurfaces(surfaceMetas[projectID]);
+    for (const SurfaceMeta& meta : surfaceMetas[projectID]) {
+        const auto tree = surfaceTrees.find(meta.id);
+        if (tree == surfaceTrees.end()) continue;
+        for (const Uuid& content : tree->second.contentIDs()) {
+            if (!kept.contains(content)) tree->second = tree->second.clearing(content);
         }
     }
-    model.activeSurfaceID = std::move(state.activeSurfaces);
-    model.selectedProjectID = state.selectedProjectID;
-    return model;
 }
 
 }  // namespace orvane

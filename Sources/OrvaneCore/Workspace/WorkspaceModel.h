@@ -62,13 +62,16 @@ struct WorkspaceModel {
     /// The project that has the surface.
     std::optional<Uuid> projectOfSurface(const Uuid& surface) const;
     const SurfaceMeta* surface(const Uuid& id) const;
-    /// The active surface if it is a workspace, else the first workspace, else a fresh one.
+    /// The active surface if it is a workspace, else the first workspace, else a fresh one; the nil id for a project
+    /// that is not there.
     Uuid workspaceSurface(const Uuid& project);
     /// Adds a surface and makes it active; one that a pane can show goes into an empty pane of the active workspace
     /// when it has one, and is then not in the strip.
     void openSurface(const Uuid& project, SurfaceMeta meta);
+    /// Shows a surface: its tab, or the pane that it is in.
     void activateSurface(const Uuid& surface);
-    /// Drops a surface. Sessions in its panes go on. A project's last workspace is replaced by a fresh one.
+    /// Drops a surface; the next tab of the strip, or else the last, is shown in the place of an active one. Sessions
+    /// in its panes go on. A project's last workspace is replaced by a fresh one.
     void closeSurface(const Uuid& surface);
     void renameSurface(const Uuid& surface, const std::string& title);
     void moveSurface(const Uuid& surface, const Uuid& before);
@@ -98,13 +101,15 @@ struct WorkspaceModel {
     void focusPane(const Uuid& surface, int offset);
     /// Halves a pane; the new, empty half takes the focus.
     std::optional<Uuid> splitPane(const Uuid& leaf, PaneAxis axis);
-    /// Removes a pane; the last one of a surface is replaced by a fresh empty one.
+    /// Removes a pane; the last one of a surface is replaced by a fresh empty one. Of a focused pane the focus goes to
+    /// its neighbour in the same split.
     void removePane(const Uuid& leaf);
     void resizeSplit(const Uuid& surface, const Uuid& split, const std::vector<double>& fractions);
     /// Gives a workspace another shape. Returns the contents that no pane of it shows any more.
     std::vector<Uuid> applyLayout(const PaneNode& layout, const Uuid& surface);
     /// Keeps the shape of a workspace under a name; a template of that name is replaced.
     void saveTemplate(const std::string& name, const Uuid& surface);
+    /// Drops a content onto a pane. A surface that no pane can show, or of another project, stays where it is.
     void movePane(const Uuid& content, const Uuid& toLeaf, PaneDropZone zone, const Uuid& surface);
 
     // The state file
@@ -113,8 +118,10 @@ struct WorkspaceModel {
 
  private:
     std::vector<SurfaceMeta>* strip(const Uuid& surface);
+    std::optional<Pane> emptyPane(const Uuid& project) const;
     void install(const Uuid& project, SavedSurface surface);
     void dropSurface(const Uuid& surface);
+    void dropForeignContents(const Uuid& project);
     void replaceTree(const Uuid& surface, PaneNode tree);
     void selectFocusedSession();
 };

@@ -8,6 +8,25 @@
 
 namespace orvane {
 
+namespace {
+
+/// The leaf beside a leaf, in the split that shares its room out when the leaf goes; none for a tree of one leaf.
+std::optional<Uuid> neighbour(const PaneNode& node, const Uuid& leaf) {
+    const auto* split = std::get_if<PaneNode::Split>(&node.value);
+    if (split == nullptr) return std::nullopt;
+    const auto& children = split->children;
+    for (std::size_t index = 0; index < children.size(); ++index) {
+        if (children[index].id() == leaf) {
+            return index + 1 < children.size() ? children[index + 1].leafIDs().front()
+                                               : children[index - 1].leafIDs().back();
+        }
+        if (const auto found = neighbour(children[index], leaf)) return found;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
 std::optional<WorkspaceModel::Pane> WorkspaceModel::paneOfLeaf(const Uuid& leaf) const {
     for (const auto& [surfaceID, tree] : surfaceTrees) {
         if (tree.contains(leaf)) return Pane{.surface = surfaceID, .leaf = leaf};
@@ -37,6 +56,7 @@ std::size_t WorkspaceModel::paneCount() const {
 
 WorkspaceModel::Pane WorkspaceModel::placeSession(const Uuid& session, const Uuid& projectID,
                                                   const std::optional<Uuid>& targetLeaf, const PaneSize& area) {
+    if (project(projectID) == nullptr) return {};
     const auto target = targetLeaf ? paneOfLeaf(*targetLeaf) : std::nullopt;
     const Uuid surfaceID = target ? target->surface : workspaceSurface(projectID);
     PaneNode& tree = surfaceTrees[surfaceID];
@@ -45,7 +65,7 @@ WorkspaceModel::Pane WorkspaceModel::placeSession(const Uuid& session, const Uui
     auto placement = target ? PanePlacement::placingInLeaf(target->leaf, session, tree, focus, area)
                             : PanePlacement::placing(session, tree, focus, area);
     tree = std::move(placement.tree);
-    selectSession(session, projectID);
+    focusPane(placement.leaf);
     return {.surface = surfaceID, .leaf = placement.leaf};
 }
 
@@ -90,14 +110,10 @@ void WorkspaceModel::removePane(const Uuid& leaf) {
     const auto pane = paneOfLeaf(leaf);
     if (!pane) return;
     PaneNode& tree = surfaceTrees[pane->surface];
-    const auto leaves = tree.leafIDs();
-    const auto place = static_cast<std::size_t>(std::ranges::find(leaves, leaf) - leaves.begin());
+    const auto heir = neighbour(tree, leaf);
     tree = tree.removing(leaf).value_or(PaneNode::single());
-    if (focusedPanes[pane->surface] == leaf) {
-        // The neighbour that took the room gets the focus.
-        const auto left = tree.leafIDs();
-        focusedPanes[pane->surface] = left[std::min(place, left.size() - 1)];
-    }
+    if (focusedPanes[pane->surface] != leaf) return;
+    focusedPanes[pane->surface] = heir.value_or(tree.leafIDs().front());
     selectFocusedSession();
 }
 
@@ -137,6 +153,9 @@ void WorkspaceModel::saveTemplate(const std::string& name, const Uuid& surfaceID
 void WorkspaceModel::movePane(const Uuid& content, const Uuid& toLeaf, PaneDropZone zone, const Uuid& surfaceID) {
     const auto tree = surfaceTrees.find(surfaceID);
     if (tree == surfaceTrees.end()) return;
+    const SurfaceMeta* tab = surface(content);
+    if (tab != nullptr && (!isPaneEmbeddable(tab->kind) || projectOfSurface(content) != projectOfSurface(surfaceID)))
+        return;
     PaneNode moved = PaneMove::moving(content, toLeaf, zone, tree->second);
     const auto leaf = moved.leafID(content);
     replaceTree(surfaceID, std::move(moved));

@@ -26,6 +26,7 @@ std::vector<SurfaceMeta>* WorkspaceModel::strip(const Uuid& id) {
 }
 
 Uuid WorkspaceModel::workspaceSurface(const Uuid& projectID) {
+    if (project(projectID) == nullptr) return {};
     const auto isWorkspace = [](const SurfaceMeta& meta) { return meta.kind == SurfaceKind::terminal; };
     if (const auto active = activeSurfaceID.find(projectID); active != activeSurfaceID.end()) {
         const SurfaceMeta* shown = surface(active->second);
@@ -51,46 +52,52 @@ void WorkspaceModel::install(const Uuid& projectID, SavedSurface saved) {
 
 void WorkspaceModel::openSurface(const Uuid& projectID, SurfaceMeta meta) {
     if (project(projectID) == nullptr) return;
-    const auto active = activeSurfaceID.find(projectID);
-    const auto tree = active == activeSurfaceID.end() ? surfaceTrees.end() : surfaceTrees.find(active->second);
-    const auto empty = tree == surfaceTrees.end() ? std::nullopt : tree->second.firstEmptyLeafID();
     const Uuid id = meta.id;
     auto& metas = surfaceMetas[projectID];
-    if (isPaneEmbeddable(meta.kind) && empty) {
-        metas.push_back(std::move(meta));
-        tree->second = tree->second.assigningContent(id, *empty);
-        focusPane(*empty);
-        return;
-    }
+    const auto preview = meta.isPreview ? std::ranges::find(metas, true, &SurfaceMeta::isPreview) : metas.end();
+    if (preview != metas.end()) dropSurface(preview->id);
     if (ownsPaneTree(meta.kind)) {
         surfaceTrees[id] = PaneNode::single();
         focusedPanes[id] = surfaceTrees[id].leafIDs().front();
+    }
+    if (const auto pane = isPaneEmbeddable(meta.kind) ? emptyPane(projectID) : std::nullopt) {
+        PaneNode& tree = surfaceTrees[pane->surface];
+        tree = tree.assigningContent(id, pane->leaf);
     }
     metas = SurfaceList::replacingPreview(std::move(meta), std::move(metas)).metas;
     activateSurface(id);
 }
 
+/// An empty pane of the workspace that the project shows.
+std::optional<WorkspaceModel::Pane> WorkspaceModel::emptyPane(const Uuid& projectID) const {
+    const auto active = activeSurfaceID.find(projectID);
+    const SurfaceMeta* shown = active == activeSurfaceID.end() ? nullptr : surface(active->second);
+    if (shown == nullptr || shown->kind != SurfaceKind::terminal) return std::nullopt;
+    const auto leaf = surfaceTrees.at(shown->id).firstEmptyLeafID();
+    return leaf ? std::optional(Pane{.surface = shown->id, .leaf = *leaf}) : std::nullopt;
+}
+
 void WorkspaceModel::activateSurface(const Uuid& id) {
     const auto owner = projectOfSurface(id);
     if (!owner) return;
-    activeSurfaceID[*owner] = id;
+    const auto pane = paneShowing(id);
+    if (pane) focusedPanes[pane->surface] = pane->leaf;
+    activeSurfaceID[*owner] = pane ? pane->surface : id;
     if (selectedProjectID == owner) selectFocusedSession();
 }
 
 void WorkspaceModel::closeSurface(const Uuid& id) {
     const auto owner = projectOfSurface(id);
     if (!owner) return;
-    auto& metas = surfaceMetas[*owner];
-    const auto active = activeSurfaceID.find(*owner);
-    auto selection = SurfaceList::closing(
-        id, std::move(metas), active == activeSurfaceID.end() ? std::nullopt : std::optional(active->second));
-    metas = std::move(selection.metas);
-    activeSurfaceID.erase(*owner);
-    if (selection.active) activeSurfaceID[*owner] = *selection.active;
+    // First, so that what its panes showed is in the strip again and may take its place.
     dropSurface(id);
+    const Uuid active = activeSurfaceID[*owner];
+    const auto next = SurfaceList::closing(id, visibleSurfaces(*owner), active).active;
+    std::erase_if(surfaceMetas[*owner], [&](const SurfaceMeta& meta) { return meta.id == id; });
+    activeSurfaceID.erase(*owner);
+    if (next) activeSurfaceID[*owner] = *next;
     workspaceSurface(*owner);
-    if (!activeSurfaceID.contains(*owner)) activeSurfaceID[*owner] = surfaceMetas[*owner].front().id;
-    if (selectedProjectID == owner) selectFocusedSession();
+    if (selectedProjectID == owner && next != active) selectFocusedSession();
 }
 
 /// Forgets what hangs on a surface: its tree and its place in the trees of others.
