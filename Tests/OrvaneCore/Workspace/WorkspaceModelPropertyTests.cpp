@@ -1,0 +1,218 @@
+// Long random rows of what people do to a workspace, after each of which everything that the model promises must hold.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "OrvaneCore/Workspace/WorkspaceModel.h"
+#include "PaneTrees.h"
+
+namespace orvane::testing {
+namespace {
+
+/// A user without a plan. Ids that nothing has come up now and then. What is picked depends on the seed alone, though
+/// the model makes ids of its own: all picks go by place.
+class RandomUser {
+ public:
+    explicit RandomUser(std::uint32_t seed) : random_(seed) {}
+
+    int below(std::size_t limit) { return std::uniform_int_distribution(0, static_cast<int>(limit) - 1)(random_); }
+
+    template <typename Item>
+    Uuid oneOf(const std::vector<Item>& items, Uuid Item::* id) {
+        return items.empty() || below(20) == 0 ? content('?')
+                                               : items[static_cast<std::size_t>(below(items.size()))].*id;
+    }
+
+    Uuid anyProject(const WorkspaceModel& model) { return oneOf(model.projects, &Project::id); }
+    Uuid anySurface(const WorkspaceModel& model) {
+        const auto metas = model.surfaceMetas.find(anyProject(model));
+        return metas == model.surfaceMetas.end() ? content('?') : oneOf(metas->second, &SurfaceMeta::id);
+    }
+    Uuid anyLeaf(const WorkspaceModel& model) {
+        const auto tree = model.surfaceTrees.find(anySurface(model));
+        if (tree == model.surfaceTrees.end()) return content('?');
+        const auto leaves = tree->second.leafIDs();
+        return leaves[static_cast<std::size_t>(below(leaves.size()))];
+    }
+    Uuid anySession() { return content(static_cast<char>('a' + below(12))); }
+    Uuid anyContent(const WorkspaceModel& model) { return below(2) == 0 ? anySession() : anySurface(model); }
+    SurfaceMeta anyTab() {
+        const auto kind = static_cast<SurfaceKind>(below(8));
+        return {.id = Uuid::random(), .kind = kind, .isPreview = !ownsPaneTree(kind) && below(3) == 0};
+    }
+
+    void step(WorkspaceModel& model) {
+        const PaneSize area{static_cast<double>(below(3000)), static_cast<double>(below(2000))};
+        switch (below(24)) {
+            case 0:
+                model.addProject("/" + std::to_string(below(4)));
+                return;
+            case 1:
+                if (below(5) == 0) model.removeProject(anyProject(model));
+                return;
+            case 2:
+                return model.selectProject(anyProject(model));
+            case 3:
+            case 4:
+            case 5:
+                return model.openSurface(anyProject(model), anyTab());
+            case 6:
+                return model.activateSurface(anySurface(model));
+            case 7:
+            case 8:
+                return model.closeSurface(anySurface(model));
+            case 9:
+                return model.moveSurface(anySurface(model), anySurface(model));
+            case 10:
+                return model.hideFromPane(anyLeaf(model));
+            case 11:
+            case 12:
+                model.placeSession(anySession(), anyProject(model),
+                                   below(2) == 0 ? std::nullopt : std::optional(anyLeaf(model)), area);
+                return;
+            case 13:
+                return model.selectSession(anySession(), anyProject(model));
+            case 14:
+                return model.clearSession(anySession());
+            case 15:
+                return model.focusPane(anyLeaf(model));
+            case 16:
+                return model.focusPane(anySurface(model), below(7) - 3);
+            case 17:
+                model.splitPane(anyLeaf(model), static_cast<PaneAxis>(below(2)));
+                return;
+            case 18:
+            case 19:
+                return model.removePane(anyLeaf(model));
+            case 20:
+                model.applyLayout(PaneLayout::all[static_cast<std::size_t>(below(5))].build(), anySurface(model));
+                return;
+            case 21:
+            case 22:
+                return model.movePane(anyContent(model), anyLeaf(model), static_cast<PaneDropZone>(below(5)),
+                                      anySurface(model));
+            default:
+                if (below(10) == 0) model = WorkspaceModel::restoring(model.saved(), "W");
+        }
+    }
+
+ private:
+    std::mt19937 random_;
+};
+
+template <typename Value>
+std::set<Uuid> keys(const std::map<Uuid, Value>& map) {
+    std::set<Uuid> ids;
+    for (const auto& [id, value] : map)
+        ids.insert(id);
+    return ids;
+}
+
+/// What a project shows: its tabs, at least a workspace among them, the active one in the strip, and in the panes only
+/// surfaces of its own that fit there.
+void expectSound(const WorkspaceModel& model, const Project& project) {
+    const auto& metas = model.surfaceMetas.at(project.id);
+    EXPECT_TRUE(std::ranges::any_of(metas, [](const auto& meta) { return meta.kind == SurfaceKind::terminal; }));
+    EXPECT_LE(std::ranges::count(metas, true, &SurfaceMeta::isPreview), 1);
+    const auto strip = model.visibleSurfaces(project.id);
+    EXPECT_NE(std::ranges::find(strip, model.activeSurfaceID.at(project.id), &SurfaceMeta::id), strip.end());
+    for (const SurfaceMeta& meta : metas) {
+        if (!ownsPaneTree(meta.kind)) continue;
+        for (const Uuid& shown : model.surfaceTrees.at(meta.id).contentIDs()) {
+            const SurfaceMeta* tab = model.surface(shown);
+            if (tab == nullptr) {
+                EXPECT_EQ(shown, content(static_cast<char>(shown.bytes()[15]))) << "neither a session nor a surface";
+                continue;
+            }
+            EXPECT_TRUE(isPaneEmbeddable(tab->kind)) << rawValue(tab->kind);
+            EXPECT_EQ(model.projectOfSurface(shown), project.id);
+        }
+    }
+}
+
+void expectSound(const WorkspaceModel& model) {
+    std::set<Uuid> projects;
+    std::set<Uuid> surfaces;
+    std::set<Uuid> treeOwners;
+    for (const Project& project : model.projects) {
+        EXPECT_TRUE(projects.insert(project.id).second);
+        for (const SurfaceMeta& meta : model.surfaceMetas.at(project.id)) {
+            EXPECT_TRUE(surfaces.insert(meta.id).second) << "a surface stands in two strips";
+            if (ownsPaneTree(meta.kind)) treeOwners.insert(meta.id);
+        }
+    }
+    EXPECT_EQ(keys(model.surfaceMetas), projects);
+    EXPECT_EQ(keys(model.activeSurfaceID), projects);
+    EXPECT_EQ(keys(model.surfaceTrees), treeOwners);
+    EXPECT_EQ(keys(model.focusedPanes), treeOwners);
+    std::set<Uuid> leaves;
+    for (const auto& [surface, panes] : model.surfaceTrees) {
+        EXPECT_TRUE(panes.contains(model.focusedPanes.at(surface)));
+        for (const Uuid& each : panes.leafIDs())
+            EXPECT_TRUE(leaves.insert(each).second) << "a leaf stands in two trees";
+    }
+    EXPECT_EQ(model.paneCount(), leaves.size());
+    for (const Project& project : model.projects)
+        expectSound(model, project);
+}
+
+/// The selected session is in the focused pane of the tab on the screen, unless no pane shows it.
+void expectSelectionSound(const WorkspaceModel& model) {
+    if (model.selectedProjectID) {
+        EXPECT_NE(model.project(*model.selectedProjectID), nullptr);
+    }
+    if (!model.selectedSessionID || !model.paneShowing(*model.selectedSessionID)) return;
+    ASSERT_TRUE(model.selectedProjectID);
+    const Uuid active = model.activeSurfaceID.at(*model.selectedProjectID);
+    ASSERT_TRUE(model.surfaceTrees.contains(active));
+    EXPECT_EQ(model.surfaceTrees.at(active).contentID(model.focusedPanes.at(active)), model.selectedSessionID);
+}
+
+/// Projects and tabs in their order, the panes of each with the surfaces in them and the place of the focus.
+std::string outline(const WorkspaceModel& model) {
+    std::string result;
+    for (const Project& project : model.projects) {
+        result += project.path + (model.selectedProjectID == project.id ? "*\n" : "\n");
+        std::set<Uuid> kept;
+        for (const SurfaceMeta& meta : model.surfaceMetas.at(project.id))
+            kept.insert(meta.id);
+        for (const SurfaceMeta& meta : model.surfaceMetas.at(project.id)) {
+            result += meta.id.lowerText() + (model.activeSurfaceID.at(project.id) == meta.id ? "*" : "");
+            if (ownsPaneTree(meta.kind)) {
+                const PaneNode& panes = model.surfaceTrees.at(meta.id);
+                const auto leaves = panes.leafIDs();
+                const auto focus = std::ranges::find(leaves, model.focusedPanes.at(meta.id)) - leaves.begin();
+                const PaneNode shape = panes.template_(kept);
+                result += fmt::format(" {} focus {}", text(shape), focus);
+                for (const Uuid& shown : shape.contentIDs())
+                    result += " " + shown.lowerText();
+            }
+            result += "\n";
+        }
+    }
+    return result;
+}
+
+class WorkspaceModelProperty : public ::testing::TestWithParam<std::uint32_t> {};
+
+TEST_P(WorkspaceModelProperty, holdsAfterEveryStep) {
+    RandomUser user(GetParam());
+    WorkspaceModel model;
+    std::size_t mostPanes = 0;
+    for (int step = 0; step < 4000; ++step) {
+        user.step(model);
+        expectSound(model);
+        expectSelectionSound(model);
+        EXPECT_EQ(outline(WorkspaceModel::restoring(model.saved(), "W")), outline(model));
+        ASSERT_FALSE(HasFailure()) << "seed " << GetParam() << " step " << step << ":\n" << outline(model);
+        mostPanes = std::max(mostPanes, model.paneCount());
+    }
+    EXPECT_GT(mostPanes, 20U) << "the user hardly did anything";
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, WorkspaceModelProperty, ::testing::Values(1, 20, 300));
+
+}  // namespace
+}  // namespace orvane::testing
