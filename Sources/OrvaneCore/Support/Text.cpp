@@ -142,7 +142,10 @@ std::size_t characterWidth(std::string_view character) {
     constexpr std::string_view emojiSelector = "\uFE0F";
     const auto width = u_getIntPropertyValue(base, UCHAR_EAST_ASIAN_WIDTH);
     const bool isWide = width == U_EA_WIDE || width == U_EA_FULLWIDTH;
-    return isWide || character.find(emojiSelector) != std::string_view::npos ? 2 : 1;
+    // A flag is a pair of regional indicators, each of which is narrow on its own.
+    constexpr std::size_t indicatorLength = 4;
+    const bool isFlag = u_hasBinaryProperty(base, UCHAR_REGIONAL_INDICATOR) && character.size() >= 2 * indicatorLength;
+    return isWide || isFlag || character.find(emojiSelector) != std::string_view::npos ? 2 : 1;
 }
 
 char asciiLowerCase(char byte) {

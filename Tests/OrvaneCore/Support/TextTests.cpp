@@ -70,6 +70,33 @@ TEST(TextTest, countsAndCutsCharacters) {
     EXPECT_EQ(Text::suffix(manyFlags, 2000), manyFlags);
 }
 
+TEST(TextTest, measuresTheColumnsOfATerminal) {
+    const std::vector<std::pair<std::string, std::size_t>> cases = {
+        {"", 0},
+        {"plain", 5},
+        {"日本語", 6},
+        {"한국", 4},
+        {"\u1112\u1161\u11AB", 2},  // 한 of conjoining letters
+        {"Ａ１", 4},
+        {"ｶﾅ", 2},
+        {accented + "x", 2},
+        {"\u0301", 0},
+        {family, 2},
+        {"👍🏽", 2},
+        {"🇩🇪🇫🇷", 4},
+        {"🇩x", 2},
+        {"☀", 1},
+        {"☀\uFE0F", 2},
+        {"1\uFE0F\u20E3", 2},
+        {"a\u200Bb\u2060", 2},
+        {"\x1B[31m\r\n\t\x7F\u0085", 4},  // the printable part of an escape sequence
+        {"…—“”", 4},
+        {"x\xE2\x82z\xFF", 4},
+    };
+    for (const auto& [text, width] : cases)
+        EXPECT_EQ(Text::displayWidth(text), width) << testing::PrintToString(text);
+}
+
 TEST(TextTest, truncatesToACountThatHoldsTheEllipsis) {
     struct Case {
         std::string text;
