@@ -24,6 +24,23 @@ struct Slot {
     CLI::Option* option = nullptr;
 };
 
+/// The library takes the next word for the value that "--option=" lacks, so an empty value goes in as a word.
+std::vector<std::string> withEmptyValues(const std::vector<std::string>& words, const std::deque<Slot>& slots) {
+    std::vector<std::string> result;
+    const auto end = std::ranges::find(words, "--");
+    for (auto word = words.begin(); word != words.end(); ++word) {
+        const bool isEmptyOption = word < end && std::ranges::any_of(
+                                                     slots,
+                                                     [&](const Slot& slot) {
+                                                         return slot.parameter->kind == Parameter::Kind::option &&
+                                                                *word == std::string(slot.parameter->name) + "=";
+                                                     });
+        result.push_back(isEmptyOption ? word->substr(0, word->size() - 1) : *word);
+        if (isEmptyOption) result.emplace_back();
+    }
+    return result;
+}
+
 }  // namespace
 
 std::expected<Arguments, std::string> parseArguments(const Verb& verb, const std::vector<std::string>& words,
@@ -39,9 +56,12 @@ std::expected<Arguments, std::string> parseArguments(const Verb& verb, const std
                                    : bareName(parameter.name));
         slot.option =
             parameter.kind == Parameter::Kind::flag ? app.add_flag(name, slot.flag) : app.add_option(name, slot.value);
+        // Of an option given twice the last counts: scripts append to what they were handed.
+        if (parameter.kind == Parameter::Kind::option) slot.option->take_last();
     }
     try {
-        app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+        const auto separated = withEmptyValues(words, slots);
+        app.parse(std::vector<std::string>(separated.rbegin(), separated.rend()));
     } catch (const CLI::ArgumentMismatch&) {
         return std::unexpected(l10n.text("usage.valueMissing", words.back()));
     } catch (const CLI::Error& error) {
