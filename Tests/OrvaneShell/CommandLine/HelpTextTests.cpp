@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 
+#include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/CommandLine/VerbTable.h"
 
 namespace orvane {
@@ -33,7 +34,7 @@ TEST(HelpTextTest, everyVerbAndParameterForPeopleIsExplainedInEveryLanguage) {
                 if (parameter.textKey.empty()) continue;
                 EXPECT_TRUE(hasText(language, std::string(parameter.textKey))) << name << " " << parameter.textKey;
                 EXPECT_TRUE(help.contains("  " + std::string(parameter.name))) << help;
-                EXPECT_TRUE(help.contains(l10n.text(parameter.textKey))) << help;
+                EXPECT_TRUE(help.contains(Text::oneLine(l10n.text(parameter.textKey)))) << help;
             }
         }
     }
