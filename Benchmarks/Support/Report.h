@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orvane::benchmark {
+
+/// One figure that was measured, and what we aim at. Whether it was met is told for a person; the machine may be busy,
+/// so nothing fails by it.
+struct Figure {
+    std::string name;
+    /// "min 8.12  median 9.40"
+    std::string values;
+    std::string_view unit;
+    /// The value that is compared with the most that it should be.
+    double value = 0;
+    std::optional<double> atMost;
+};
+
+/// Prints the figure as one line, in columns with those of other calls.
+void report(const Figure& figure);
+
+}  // namespace orvane::benchmark
