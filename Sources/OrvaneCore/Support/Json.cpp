@@ -187,6 +187,8 @@ class Builder {
     bool on_uint64(std::uint64_t number, Text, Error&) { return stack_.push_uint64(number), true; }
     bool on_double(double number, Text text, Error&) {
         std::from_chars(text.data(), text.data() + text.size(), number);  // out of range keeps the library's number
+        // An infinity could not be written again, and nobody who reads a number expects one.
+        if (!std::isfinite(number)) number = std::copysign(std::numeric_limits<double>::max(), number);
         return stack_.push_double(number), true;
     }
     bool on_bool(bool value, Error&) { return stack_.push_bool(value), true; }

@@ -17,7 +17,7 @@ namespace Json {
 inline constexpr std::size_t maximumDepth = 2048;
 
 /// Reads one whole JSON document (UTF-8), or none when it is malformed, nested deeper than `maximumDepth` or followed
-/// by anything but white space. Never throws.
+/// by anything but white space. A number beyond the range of a double becomes the last one within. Never throws.
 std::optional<JsonValue> parse(std::string_view text);
 
 enum class Layout {

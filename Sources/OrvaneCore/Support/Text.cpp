@@ -141,11 +141,13 @@ std::size_t characterWidth(std::string_view character) {
     if (category == U_CONTROL_CHAR || category == U_NON_SPACING_MARK || category == U_FORMAT_CHAR) return 0;
     constexpr std::string_view emojiSelector = "\uFE0F";
     const auto width = u_getIntPropertyValue(base, UCHAR_EAST_ASIAN_WIDTH);
-    const bool isWide = width == U_EA_WIDE || width == U_EA_FULLWIDTH;
+    if (width == U_EA_WIDE || width == U_EA_FULLWIDTH) return 2;
     // A flag is a pair of regional indicators, each of which is narrow on its own.
     constexpr std::size_t indicatorLength = 4;
-    const bool isFlag = u_hasBinaryProperty(base, UCHAR_REGIONAL_INDICATOR) && character.size() >= 2 * indicatorLength;
-    return isWide || isFlag || character.find(emojiSelector) != std::string_view::npos ? 2 : 1;
+    if (u_hasBinaryProperty(base, UCHAR_REGIONAL_INDICATOR)) return character.size() >= 2 * indicatorLength ? 2 : 1;
+    // Behind anything but an emoji the selector has no effect (Unicode Technical Standard 51).
+    const bool asksForEmoji = character.find(emojiSelector) != std::string_view::npos;
+    return asksForEmoji && u_hasBinaryProperty(base, UCHAR_EMOJI) ? 2 : 1;
 }
 
 char asciiLowerCase(char byte) {

@@ -151,6 +151,22 @@ TEST(TextTest, foldsEveryCodePointAsIcuDoes) {
     }
 }
 
+TEST(TextTest, knowsTheColumnsOfATerminal) {
+    const std::vector<std::pair<std::string, std::size_t>> cases = {
+        {"", 0},
+        {"abc", 3},
+        {accented, 1},
+        {"한国Ａｶ", 7},
+        {family + "🇩🇪", 4},
+        {"❤❤\uFE0F", 3},
+        {"x\uFE0F", 1},  // no emoji, so the selector has no effect
+        {"\u0301\x1b\u200B", 0},
+        {"\xC3\uFE0F", 1},
+        {"\uFFFD\uFE0F", 1}};
+    for (const auto& [text, columns] : cases)
+        EXPECT_EQ(Text::displayWidth(text), columns) << testing::PrintToString(text);
+}
+
 TEST(TextTest, foldsWhatPeopleTakeForTheSame) {
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"Éclair E\u0301COLE", "eclair ecole"},
