@@ -229,11 +229,11 @@ Measured<void> measureAll(const Settings& settings) {
 
 }  // namespace orvane::benchmark
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     using namespace orvane::benchmark;
     Settings settings;
     bool isQuick = false;
-    double idleSeconds = 5;
+    double idleSeconds = settings.idle.count();
     CLI::App app("Measures what the host of Orvane costs, in folders of its own.");
     app.add_flag("--quick", isQuick, "A few rounds only, to see that it works");
     app.add_option("--idle", idleSeconds, "Seconds to watch the idle host")->check(CLI::Range(0.1, 3600.0));
@@ -248,9 +248,10 @@ int main(int argc, char** argv) {
                     .idle = std::chrono::duration<double>(0.2),
                     .rest = std::chrono::milliseconds(200)};
     }
-    if (const auto measured = measureAll(settings); !measured) {
-        fmt::print(stderr, "host-latency: {}\n", measured.error());
-        return 1;
-    }
-    return 0;
+    const auto measured = measureAll(settings);
+    if (!measured) fmt::print(stderr, "host-latency: {}\n", measured.error());
+    return measured ? 0 : 1;
+} catch (const std::exception& exception) {
+    std::fputs(exception.what(), stderr);
+    return 1;
 }

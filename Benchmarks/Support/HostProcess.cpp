@@ -80,9 +80,10 @@ Measured<void> HostProcess::stop() {
 Measured<JsonValue> ask(LineClient& client, std::string_view verb) {
     const auto line = client.request(requestLine(verb));
     if (!line) return Failure(line.error().message());
-    const auto reply = Json::parse(*line);
-    const JsonValue* result = reply ? JSONObject(*reply).find("result") : nullptr;
-    if (result == nullptr || !JSONObject(*reply).boolean("ok")) {
+    const auto reply = Json::parse(*line).value_or(JsonValue());
+    const JSONObject object(reply);
+    const JsonValue* result = object.find("result");
+    if (result == nullptr || !object.boolean("ok")) {
         return Failure(fmt::format("the host answers {} with {}", verb, *line));
     }
     return *result;

@@ -1,9 +1,9 @@
 #include "Support/TemporaryEnvironment.h"
 
 #include <fmt/format.h>
-#include <stdlib.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 
 namespace orvane::benchmark {
