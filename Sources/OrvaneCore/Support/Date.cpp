@@ -39,19 +39,23 @@ class Reader {
         if (!take(expected)) fail();
     }
 
-    /// The digits after a decimal sign, as a part of one.
+    /// The digits after a decimal sign, as a part of one. Adding up tenths and hundredths instead would read .6 as
+    /// 0.6000000000000001. Digits that a double cannot hold are dropped.
     double fraction() {
+        constexpr double mostDigits = 1e15;
         double value = 0;
-        double place = 0.1;
+        double scale = 1;
         bool any = false;
         while (!rest_.empty() && rest_.front() >= '0' && rest_.front() <= '9') {
-            value += place * (rest_.front() - '0');
-            place /= 10;
+            if (scale < mostDigits) {
+                value = value * 10 + (rest_.front() - '0');
+                scale *= 10;
+            }
             any = true;
             rest_.remove_prefix(1);
         }
         if (!any) fail();
-        return value;
+        return value / scale;
     }
 
     bool failed() const { return failed_; }
