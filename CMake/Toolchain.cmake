@@ -22,6 +22,10 @@ if(ORVANE_SANITIZE)
     add_compile_options(-Wno-tsan)
   endif()
 endif()
+if(ORVANE_FUZZ)
+  # Every line that runs tells the fuzzer that it did; only the entries of Fuzz/ have its main program.
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
 set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 
 # No path of the building machine ends in the binary, and two clones share their cached objects.
