@@ -131,7 +131,7 @@ TEST_F(RequestRouterTest, FindsProjectsByIdPathAndNameAndEditsThem) {
     EXPECT_EQ(projects[1].customColorHex, "00FF7F");
     EXPECT_EQ(projects[2].colorIndex, 3);
     for (const char* bad : {"12", "-1", "", "#12345", "no colour", "99999999999999999999"}) {
-        EXPECT_THAT(refusal("color", {{"project", a}, {"color", bad}}), HasSubstr("is no colour")) << bad;
+        EXPECT_THAT(refusal("color", {{"project", a}, {"color", bad}}), HasSubstr("is not a colour")) << bad;
     }
     result("remove", {{"project", b}});
     EXPECT_THAT(projectNames(), ElementsAre("SECOND", "First [31m one"));
