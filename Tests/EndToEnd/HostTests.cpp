@@ -55,8 +55,12 @@ class HostTest : public ::testing::Test {
     }
 
     std::shared_ptr<Invocation> start(std::vector<std::string> words) {
-        auto run = std::make_shared<Invocation>();
         words.insert(words.begin(), ORVANE_EXECUTABLE);
+        return startProgram(std::move(words));
+    }
+
+    std::shared_ptr<Invocation> startProgram(std::vector<std::string> words) {
+        auto run = std::make_shared<Invocation>();
         auto child = ChildProcess::start(
             loop,
             {.arguments = std::move(words), .environment = environment, .workingDirectory = folder.path("project")},
@@ -71,6 +75,13 @@ class HostTest : public ::testing::Test {
 
     std::shared_ptr<Invocation> orvane(std::vector<std::string> words) {
         auto run = start(std::move(words));
+        EXPECT_TRUE(loop.runUntil([&] { return run->end.has_value(); }));
+        return run;
+    }
+
+    /// Runs a line of a shell that calls the program as "$0".
+    std::shared_ptr<Invocation> shell(const std::string& line) {
+        auto run = startProgram({"/bin/sh", "-c", line, ORVANE_EXECUTABLE});
         EXPECT_TRUE(loop.runUntil([&] { return run->end.has_value(); }));
         return run;
     }
@@ -134,6 +145,17 @@ TEST_F(HostTest, WrongUsageIsToldInTheUsersLanguage) {
     folder.write("config/Orvane/preferences.json", R"({"language":"fr"})");
     EXPECT_THAT(orvane({"open"})->errors, HasSubstr("Il manque PATH"));
     EXPECT_THAT(orvane({"open", "/no/such/place"})->errors, HasSubstr("n’existe pas"));
+}
+
+TEST_F(HostTest, OutputThatCannotBeWrittenIsAnErrorAndGoesNowhereElse) {
+    // A host that a command without standard descriptors starts comes up like any other.
+    EXPECT_EQ(shell("exec \"$0\" open . <&- >&- 2>&-")->status(), 1);
+    ASSERT_TRUE(hostRuns());
+    for (const char* line : {"\"$0\" list >&-", "\"$0\" list >/dev/full", "\"$0\" --help >/dev/full"}) {
+        const auto run = shell(line);
+        EXPECT_EQ(run->status(), 1) << line;
+        EXPECT_THAT(run->errors, HasSubstr("could not be written")) << line;
+    }
 }
 
 TEST_F(HostTest, OfManyStartedAtOnceOneStays) {

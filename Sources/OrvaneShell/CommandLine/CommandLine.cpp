@@ -58,10 +58,7 @@ int complain(ClientContext& client, const std::string& problem) {
     return CommandStatus::wrongUsage;
 }
 
-}  // namespace
-
-int runCommandLine(const std::vector<std::string>& words) {
-    ClientContext client = makeContext();
+int carryOut(ClientContext& client, const std::vector<std::string>& words) {
     if (words.empty()) return Overview::show(client);
     const std::string& name = words.front();
     if (name == "--help" || name == "-h") {
@@ -81,10 +78,19 @@ int runCommandLine(const std::vector<std::string>& words) {
     }
     const auto arguments = parseArguments(*verb, rest, client.l10n);
     if (!arguments) return complain(client, arguments.error());
-    const int status = verb->run(client, *arguments);
+    return verb->run(client, *arguments);
+}
+
+}  // namespace
+
+int runCommandLine(const std::vector<std::string>& words) {
+    ClientContext client = makeContext();
+    const int status = carryOut(client, words);
     client.output.flush();
+    if (client.output) return status;
     // What could not be written (a full disk) must not look like an answer.
-    return client.output ? status : CommandStatus::refused;
+    client.errors << client.l10n.text("error.outputFailed") << '\n';
+    return CommandStatus::refused;
 }
 
 }  // namespace orvane
