@@ -1,7 +1,9 @@
 #include "Platform/DetachedProcess.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -9,11 +11,14 @@
 #include <cerrno>
 #include <csignal>
 
-#include "Platform/FileDescriptor.h"
-
 namespace orvane::DetachedProcess {
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// Where the started program finds the pipe.
+constexpr int readyDescriptor = 3;
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
     std::vector<char*> result;
@@ -24,10 +29,14 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
     return result;
 }
 
-std::string readAll(int descriptor) {
+std::expected<std::string, SystemError> readAll(int descriptor, Clock::time_point deadline) {
     std::string text;
     std::array<char, 4096> buffer;
     while (true) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        if (left.count() <= 0) return std::unexpected(SystemError::of(ETIMEDOUT, "wait for the program"));
+        pollfd ready{.fd = descriptor, .events = POLLIN, .revents = 0};
+        if (poll(&ready, 1, static_cast<int>(left.count())) <= 0) continue;
         const ssize_t length = read(descriptor, buffer.data(), buffer.size());
         if (length > 0) {
             text.append(buffer.data(), static_cast<std::size_t>(length));
@@ -40,7 +49,8 @@ std::string readAll(int descriptor) {
 }  // namespace
 
 std::expected<std::string, SystemError> start(const std::string& executable, const std::vector<std::string>& arguments,
-                                              const Environment& environment) {
+                                              const Environment& environment, std::chrono::milliseconds limit) {
+    const auto deadline = Clock::now() + limit;
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) return std::unexpected(SystemError::last("make a pipe"));
     const FileDescriptor readEnd(ends[0]);
@@ -75,14 +85,23 @@ std::expected<std::string, SystemError> start(const std::string& executable, con
     posix_spawn_file_actions_destroy(&actions);
     if (failure != 0) return std::unexpected(SystemError::of(failure, "start", executable));
     writeEnd.close();
-    std::string word = readAll(readEnd.number());
+    auto word = readAll(readEnd.number(), deadline);
     waitpid(pid, nullptr, WNOHANG);  // one that failed is gone already; the others outlive us
     return word;
 }
 
-void tellReady(const std::string& word) {
-    (void)!write(readyDescriptor, word.data(), word.size());
-    close(readyDescriptor);
+Starter Starter::find() {
+    struct stat status{};
+    // Anything but a pipe is somebody else's, and a free number would be given to the next file that is opened.
+    if (fstat(readyDescriptor, &status) != 0 || !S_ISFIFO(status.st_mode)) return Starter({});
+    fcntl(readyDescriptor, F_SETFD, FD_CLOEXEC);  // a child that held it would keep the starter waiting
+    return Starter(FileDescriptor(readyDescriptor));
+}
+
+void Starter::tell(const std::string& word) {
+    if (!pipe_.isOpen()) return;
+    (void)!write(pipe_.number(), word.data(), word.size());
+    pipe_.close();
 }
 
 }  // namespace orvane::DetachedProcess

@@ -14,12 +14,15 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto patience = 5s;
+/// Longer than a host waits for another one that has the lock.
+constexpr auto startPatience = 20s;
 constexpr auto pollInterval = 5ms;
 
 /// Starts the host in a session of its own, so that the end of this terminal does not end it, and waits until it
 /// listens.
 std::expected<void, Failure> startHost(const Environment& environment) {
-    const auto answer = DetachedProcess::start("/proc/self/exe", {"orvane", "host", "--background"}, environment);
+    const auto answer =
+        DetachedProcess::start("/proc/self/exe", {"orvane", "host", "--background"}, environment, startPatience);
     if (!answer) return std::unexpected(Failure{.isAbsent = false, .message = answer.error().message()});
     if (answer->starts_with("ready")) return {};
     return std::unexpected(Failure{.isAbsent = false, .message = *answer});

@@ -17,6 +17,7 @@ namespace ControlClient {
 struct Failure {
     /// No host runs, as opposed to one that cannot be reached or started.
     bool isAbsent = false;
+    /// Empty when a host was started, or is starting, and never came up.
     std::string message;
 };
 

@@ -13,8 +13,9 @@ namespace {
 int run(ClientContext& client, const Arguments& arguments) {
     if (arguments.has("background")) {
         // Started by a command that waits for the word; nobody reads the standard streams.
-        return runHost(Host::Mode::background, client.environment, DetachedProcess::tellReady,
-                       DetachedProcess::tellReady);
+        auto starter = DetachedProcess::Starter::find();
+        const auto tell = [&](const std::string& word) { starter.tell(word); };
+        return runHost(Host::Mode::background, client.environment, tell, tell);
     }
     const auto tellFailure = [&](const std::string& message) { client.errors << message << '\n'; };
     return runHost(Host::Mode::foreground, client.environment, [](const std::string&) {}, tellFailure);
