@@ -1,5 +1,6 @@
 #include "Platform/LineClient.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 
 #include <array>
@@ -9,20 +10,24 @@
 
 namespace orvane {
 
-std::expected<LineClient, SystemError> LineClient::connect(const std::string& socketPath) {
-    auto socket = UnixSocket::connectTo(socketPath);
+std::expected<LineClient, SystemError> LineClient::connect(const std::string& socketPath,
+                                                           std::chrono::milliseconds patience) {
+    auto socket = UnixSocket::connectTo(socketPath, patience);
     if (!socket) return std::unexpected(socket.error());
-    return LineClient(std::move(*socket));
+    return LineClient(std::move(*socket), patience);
 }
 
 std::expected<std::string, SystemError> LineClient::request(std::string_view line) {
-    std::string bytes(line);
-    bytes += '\n';
-    if (auto written = writeAll(bytes); !written) return std::unexpected(written.error());
-    return readLine();
+    if (auto sent = send(line); !sent) return std::unexpected(sent.error());
+    return readLine(static_cast<int>(patience_.count()));
 }
 
 std::expected<std::string, SystemError> LineClient::readLine() {
+    return readLine(-1);
+}
+
+/// `pollLimit` as poll(2) takes it: the milliseconds to wait for the next bytes, negative without an end.
+std::expected<std::string, SystemError> LineClient::readLine(int pollLimit) {
     std::size_t searched = 0;
     while (true) {
         const auto end = received_.find('\n', searched);
@@ -32,6 +37,10 @@ std::expected<std::string, SystemError> LineClient::readLine() {
             return line;
         }
         searched = received_.size();
+        pollfd ready{.fd = socket_.number(), .events = POLLIN, .revents = 0};
+        const int count = poll(&ready, 1, pollLimit);
+        if (count == 0) return std::unexpected(SystemError::of(ETIMEDOUT, "read from the host"));
+        if (count < 0) continue;
         std::array<char, 16384> buffer;
         const ssize_t length = recv(socket_.number(), buffer.data(), buffer.size(), 0);
         if (length > 0) {
@@ -44,11 +53,15 @@ std::expected<std::string, SystemError> LineClient::readLine() {
     }
 }
 
-std::expected<void, SystemError> LineClient::writeAll(std::string_view bytes) const {
+std::expected<void, SystemError> LineClient::send(std::string_view line) const {
+    const std::string text = std::string(line) + '\n';
+    std::string_view bytes = text;
     while (!bytes.empty()) {
-        const ssize_t length = send(socket_.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        const ssize_t length = ::send(socket_.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (length >= 0) {
             bytes.remove_prefix(static_cast<std::size_t>(length));
+        } else if (errno == EAGAIN) {
+            return std::unexpected(SystemError::of(ETIMEDOUT, "write to the host"));
         } else if (errno != EINTR) {
             return std::unexpected(SystemError::last("write to the host"));
         }

@@ -41,12 +41,18 @@ std::expected<FileDescriptor, SystemError> listenAt(const std::string& path) {
     return listener;
 }
 
-std::expected<FileDescriptor, SystemError> connectTo(const std::string& path) {
+std::expected<FileDescriptor, SystemError> connectTo(const std::string& path, std::chrono::milliseconds patience) {
     const auto address = addressOf(path);
     if (!address) return std::unexpected(address.error());
     FileDescriptor connection(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     if (!connection.isOpen()) return std::unexpected(SystemError::last("make a socket"));
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(patience);
+    const timeval limit{.tv_sec = seconds.count(), .tv_usec = std::chrono::microseconds(patience - seconds).count()};
+    if (setsockopt(connection.number(), SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit) != 0) {
+        return std::unexpected(SystemError::last("make a socket"));
+    }
     while (connect(connection.number(), generic(*address), sizeof *address) != 0) {
+        if (errno == EAGAIN) return std::unexpected(SystemError::of(ETIMEDOUT, "connect to", path));
         if (errno != EINTR) return std::unexpected(SystemError::last("connect to", path));
     }
     return connection;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <expected>
 #include <string>
 
@@ -16,8 +17,9 @@ inline constexpr std::size_t longestPath = 107;
 /// replaced; a path that is too long is an error.
 std::expected<FileDescriptor, SystemError> listenAt(const std::string& path);
 
-/// A blocking connection; the error number is ENOENT or ECONNREFUSED when nobody listens.
-std::expected<FileDescriptor, SystemError> connectTo(const std::string& path);
+/// A blocking connection; the error number is ENOENT or ECONNREFUSED when nobody listens, and ETIMEDOUT when whoever
+/// listens takes no connections for so long. The patience goes for each later write too; 0 has no end.
+std::expected<FileDescriptor, SystemError> connectTo(const std::string& path, std::chrono::milliseconds patience = {});
 
 /// Whether the process at the other end runs as our user.
 bool peerIsOurUser(int socket);

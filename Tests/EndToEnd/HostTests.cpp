@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/socket.h>
 
 #include <boost/json.hpp>
@@ -14,6 +15,7 @@
 #include "Platform/Environment.h"
 #include "Platform/InstanceLock.h"
 #include "Platform/LineClient.h"
+#include "Platform/LineServer.h"
 #include "Platform/ManualMainLoop.h"
 #include "Platform/UnixSocket.h"
 #include "Support/TemporaryFolder.h"
@@ -177,6 +179,15 @@ TEST_F(HostTest, OfManyStartedAtOnceOneStays) {
     EXPECT_EQ(orvane({"list", "--json"})->output, "[]\n");
 }
 
+TEST_F(HostTest, TheWordForAStarterGoesToNobodyElse) {
+    // Started in the background by other means, here with the descriptor of the word free.
+    const auto host = startProgram({"/bin/sh", "-c", "exec \"$0\" host --background 3>&-", ORVANE_EXECUTABLE});
+    ASSERT_TRUE(hostRuns());
+    EXPECT_EQ(orvane({"list"})->status(), 0);
+    EXPECT_EQ(orvane({"quit"})->status(), 0);
+    EXPECT_TRUE(loop.runUntil([&] { return host->end.has_value(); }));
+}
+
 TEST_F(HostTest, AKilledHostLeavesNothingThatStopsTheNext) {
     ASSERT_EQ(orvane({"open", "."})->status(), 0);
     const pid_t first = hostProcess();
@@ -190,6 +201,30 @@ TEST_F(HostTest, AKilledHostLeavesNothingThatStopsTheNext) {
     EXPECT_EQ(orvane({})->status(), 0);
     EXPECT_NE(hostProcess(), first);
     EXPECT_EQ(orvane({"projects", "--json"})->output, projects);
+}
+
+TEST_F(HostTest, ACommandThatMeetsAnEndingHostAsksTheNext) {
+    std::filesystem::create_directories(folder.path("data/Orvane"));
+    auto lock = InstanceLock::acquire(folder.path("data/Orvane/host.lock"));
+    ASSERT_TRUE(lock && *lock);
+    const std::string path = folder.path("run/socket");
+    auto ending = UnixSocket::listenAt(path);
+    ASSERT_TRUE(ending && (*lock)->publish({.processId = getpid(), .socketPath = path}));
+    const auto list = start({"list", "--json"});
+    pollfd waiting{.fd = ending->number(), .events = POLLIN, .revents = 0};
+    ASSERT_EQ(poll(&waiting, 1, 20000), 1);
+    // The connection is never taken: the host ends, and a new one stands up in its place.
+    ending->close();
+    LineServer server(
+        loop,
+        {.onRequest = [](const auto& client, std::string_view) { client->reply(R"({"ok":true,"result":[]})"); },
+         .faultReply = [](LineServer::Fault) { return std::string(); }},
+        {});
+    auto next = UnixSocket::listenAt(path);
+    ASSERT_TRUE(next);
+    server.serve(std::move(*next));
+    EXPECT_TRUE(loop.runUntil([&] { return list->end.has_value(); }));
+    EXPECT_EQ(list->output, "[]\n") << list->errors;
 }
 
 TEST_F(HostTest, ALostSocketIsMadeAnew) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 
+#include "Platform/LineClient.h"
 #include "Platform/ManualMainLoop.h"
 #include "Platform/UnixSocket.h"
 
@@ -192,6 +193,21 @@ TEST_F(LineServerTest, DropsAClientThatNeverReads) {
         held_->stream(std::string(1000, 'x'));
     EXPECT_TRUE(loop_.runUntil([&] { return closed_ == 1; }));
     EXPECT_TRUE(receives(other, "<ok>\n"));
+}
+
+TEST_F(LineServerTest, AClientOfAServerThatDoesNothingGivesUp) {
+    auto client = LineClient::connect(path_, 20ms);  // nobody serves the loop
+    ASSERT_TRUE(client.has_value());
+    const auto reply = client->request("ok");
+    ASSERT_FALSE(reply.has_value());
+    EXPECT_EQ(reply.error().number, ETIMEDOUT);
+    // Once the queue of connections is full, connecting ends too.
+    std::vector<FileDescriptor> waiting;
+    auto next = UnixSocket::connectTo(path_, 20ms);
+    for (; next && waiting.size() < 200; next = UnixSocket::connectTo(path_, 20ms))
+        waiting.push_back(std::move(*next));
+    ASSERT_FALSE(next.has_value());
+    EXPECT_EQ(next.error().number, ETIMEDOUT);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <boost/json.hpp>
+#include <cerrno>
 #include <ostream>
 
 #include "OrvaneCore/Support/Text.h"
@@ -9,15 +10,17 @@
 
 namespace orvane {
 
+namespace {
+
+/// A host that is about to end may be met more than once before its socket is gone.
+constexpr int attempts = 5;
+
+}  // namespace
+
 int ClientContext::ask(std::string_view verb, boost::json::object arguments,
                        const std::function<void(const JsonValue&)>& print, HostStart start) {
-    const auto connection = connect(start);
-    if (!connection) return connection.error();
-    const auto line = (*connection)->request(requestLine(verb, arguments));
-    if (!line) {
-        errors << l10n.text("error.hostGone", line.error().message()) << '\n';
-        return CommandStatus::refused;
-    }
+    const auto line = exchange(requestLine(verb, arguments), start);
+    if (!line) return line.error();
     const auto reply = Json::parse(*line);
     const JSONObject object = reply ? JSONObject(*reply) : JSONObject();
     if (object.boolean("ok")) {
@@ -37,8 +40,11 @@ int ClientContext::ask(std::string_view verb, boost::json::object arguments,
 int ClientContext::follow(std::string_view verb, const boost::json::object& arguments) {
     const auto connection = connect(HostStart::never);
     if (!connection) return connection.error();
-    auto line = (*connection)->request(requestLine(verb, arguments));
-    for (; line; line = (*connection)->readLine()) {
+    // The first line may be hours away.
+    const auto sent = (*connection)->send(requestLine(verb, arguments));
+    while (sent) {
+        const auto line = (*connection)->readLine();
+        if (!line) break;
         const auto reply = Json::parse(*line);
         const JSONObject object = reply ? JSONObject(*reply) : JSONObject();
         if (object.contains("ok")) return explain(object.object("error"));
@@ -46,6 +52,22 @@ int ClientContext::follow(std::string_view verb, const boost::json::object& argu
         if (!output) return CommandStatus::refused;
     }
     return CommandStatus::done;
+}
+
+/// Sends a request and returns the line that answers it, or else the exit status.
+std::expected<std::string, int> ClientContext::exchange(const std::string& line, HostStart start) {
+    for (int attempt = 1;; ++attempt) {
+        const auto connection = connect(start);
+        if (!connection) return std::unexpected(connection.error());
+        auto reply = (*connection)->request(line);
+        if (reply) return std::move(*reply);
+        connection_.reset();
+        // A host that was ending did not read it: the next host may, or there is none.
+        const bool wasRead = reply.error().number != ECONNRESET && reply.error().number != EPIPE;
+        if (!wasRead && attempt < attempts) continue;
+        errors << l10n.text("error.hostGone", reply.error().message()) << '\n';
+        return std::unexpected(CommandStatus::refused);
+    }
 }
 
 void ClientContext::printJson(const JsonValue& value) {
@@ -56,10 +78,12 @@ std::expected<LineClient*, int> ClientContext::connect(HostStart start) {
     if (!connection_) {
         auto connected = ControlClient::connect(environment, start);
         if (!connected) {
-            errors << (connected.error().isAbsent ? l10n.text("error.noHost")
-                                                  : l10n.text("error.hostUnreachable", connected.error().message))
+            const auto& [isAbsent, message] = connected.error();
+            errors << (isAbsent          ? l10n.text("error.noHost")
+                       : message.empty() ? l10n.text("error.hostNotUp")
+                                         : l10n.text("error.hostUnreachable", message))
                    << '\n';
-            return std::unexpected(connected.error().isAbsent ? CommandStatus::noHost : CommandStatus::refused);
+            return std::unexpected(isAbsent ? CommandStatus::noHost : CommandStatus::refused);
         }
         connection_ = std::make_unique<LineClient>(std::move(*connected));
     }

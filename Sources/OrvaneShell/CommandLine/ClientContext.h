@@ -48,6 +48,7 @@ class ClientContext {
 
  private:
     std::expected<LineClient*, int> connect(HostStart start);
+    std::expected<std::string, int> exchange(const std::string& line, HostStart start);
     std::string requestLine(std::string_view verb, const boost::json::object& arguments) const;
     int explain(const JSONObject& error);
     bool confirms(const JSONObject& details);

@@ -29,7 +29,7 @@ std::expected<bool, std::string> wakeOther(const std::string& lockPath, const Di
         const auto seen = InstanceLock::observe(lockPath);
         if (seen.state == InstanceLock::State::free) return false;
         if (seen.state == InstanceLock::State::running) {
-            auto client = LineClient::connect(seen.record.socketPath);
+            auto client = LineClient::connect(seen.record.socketPath, wakePatience);
             if (client && client->request(Json::write({{"verb", "activate-existing"}}))) {
                 log.log("launch: another instance is running, it was activated");
                 return true;
