@@ -122,6 +122,7 @@ TEST_F(HostTest, ANewUsersFirstCommands) {
     EXPECT_EQ(orvane({"quit"})->status(), 0);
     EXPECT_EQ(seen().state, InstanceLock::State::free);                        // quit waits for the end
     EXPECT_TRUE(std::filesystem::is_empty(folder.path("run/orvane")));         // no socket is left
+    EXPECT_THAT(folder.read("config/Orvane/preferences.json"), HasSubstr("project_add"));
     EXPECT_THAT(orvane({})->output, HasSubstr(id->lowerText().substr(0, 8)));  // and everything is found again
 }
 

@@ -73,6 +73,9 @@ int runHost(Host::Mode mode, const Environment& environment, const std::function
         return 0;
     }
     log.log("launch: instance primaire");
+    // Without it the preferences last as long as this process, which is no reason not to start; saving them will tell.
+    const std::string preferences = Folders::preferencesFile(environment);
+    (void)createFolders(preferences.substr(0, preferences.rfind('/')));
     Host host(mode, environment, std::move(lock->value()), std::move(log));
     if (auto started = host.start(); !started) {
         tellFailure(started.error());
