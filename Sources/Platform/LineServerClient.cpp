@@ -59,14 +59,23 @@ void LineServer::Client::handOut() {
         ++handedOut;
     handingOut_ = false;
     if (server_ == nullptr) return;
-    if (handedOut == requestsPerTurn) {
-        // A client that sends thousands of requests at once must not hold up everybody else.
+    if (handedOut == requestsPerTurn && phase_ == Phase::reading) {
+        // A client that sends thousands of requests at once must not hold up everybody else, nor fill the memory with
+        // what it sends meanwhile.
+        readWatch_.reset();
         server_->loop_.post([weak = weak_from_this()] {
             if (const auto self = weak.lock()) self->handOut();
         });
-    }
-    if (phase_ != Phase::reading && waiting().size() > server_->limits_.requestSizeInBytes) {
-        readWatch_.reset();  // enough is waiting; the rest may wait in the socket
+    } else if (phase_ == Phase::streaming) {
+        consume(waiting().size());  // nothing is expected any more but the end
+    } else if (phase_ != Phase::reading) {
+        // Enough is waiting; the rest may wait in the socket.
+        if (waiting().size() > server_->limits_.requestSizeInBytes) readWatch_.reset();
+    } else if (peerFinished_) {
+        phase_ = Phase::closing;
+        if (unsent_.empty()) close();
+    } else if (!readWatch_) {
+        listen();
     }
 }
 
@@ -118,7 +127,6 @@ void LineServer::Client::reply(std::string_view line) {
     send(line);
     if (phase_ != Phase::reading) return;
     restartClock(waiting().empty() ? server_->limits_.betweenRequests : server_->limits_.wholeRequest);
-    if (!readWatch_ && !peerFinished_) listen();
     handOut();
 }
 

@@ -131,6 +131,19 @@ TEST_F(LineServerTest, AnswersAClientThatClosedItsWritingSide) {
     EXPECT_TRUE(receives(client, "late\n"));
     EXPECT_TRUE(isClosed(client));
     EXPECT_EQ(server_.connectionCount(), 0U);
+
+    // Also when it sent more than is handed out in a turn, and when it broke off within a line.
+    const auto hasty = connect();
+    std::string answers;
+    for (int index = 0; index < 1000; ++index)
+        answers += "<>\n";
+    sendAll(hasty, std::string(1000, '\n') + "hold\nunfinished");
+    shutdown(hasty.number(), SHUT_WR);
+    EXPECT_TRUE(receives(hasty, answers));
+    settle();
+    held_->reply("late");
+    EXPECT_TRUE(receives(hasty, "late\n"));
+    EXPECT_TRUE(isClosed(hasty));
 }
 
 TEST_F(LineServerTest, RefusesLongLinesAndGoesOn) {
