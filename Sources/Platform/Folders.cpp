@@ -22,6 +22,17 @@ std::string baseFolder(const Environment& environment, const std::string& name, 
     return value.starts_with('/') ? withoutTrailingSlash(value) : fallback;
 }
 
+/// The folder itself, not a link to it, and ours.
+bool isOwnFolder(const std::string& path) {
+    struct stat status{};
+    return lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid();
+}
+
+bool isFolder(const std::string& path) {
+    struct stat status{};
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 }  // namespace
 
 std::string home(const Environment& environment) {
@@ -41,14 +52,16 @@ std::string preferencesFile(const Environment& environment) {
 
 std::expected<std::string, SystemError> runtime(const Environment& environment) {
     const std::string base = baseFolder(environment, "XDG_RUNTIME_DIR", {});
-    // After su the variable may still name the folder of another user, and after a logout the folder may be gone.
-    if (!base.empty() && makePrivate(base + "/orvane")) return base + "/orvane";
+    // After su the variable may still name the folder of another user, in which root can make what that user then
+    // cannot use; and after a logout the folder may be gone.
+    if (isOwnFolder(base) && makePrivate(base + "/orvane")) return base + "/orvane";
     return temporary(environment);
 }
 
 std::expected<std::string, SystemError> temporary(const Environment& environment) {
+    const std::string named = baseFolder(environment, "TMPDIR", "/tmp");
     const std::string path =
-        baseFolder(environment, "TMPDIR", "/tmp") + "/orvane-" + std::to_string(static_cast<unsigned long>(geteuid()));
+        (isFolder(named) ? named : "/tmp") + "/orvane-" + std::to_string(static_cast<unsigned long>(geteuid()));
     if (auto made = makePrivate(path); !made) return std::unexpected(made.error());
     return path;
 }

@@ -20,10 +20,11 @@ std::string applicationSupport(const Environment& environment);
 /// The user's settings: $XDG_CONFIG_HOME/Orvane/preferences.json, by default below ~/.config.
 std::string preferencesFile(const Environment& environment);
 
-/// A folder for the control socket, made if missing: $XDG_RUNTIME_DIR/orvane when that works, else `temporary`.
+/// A folder for the control socket, made if missing: $XDG_RUNTIME_DIR/orvane when that works and the folder above is
+/// ours, else `temporary`.
 std::expected<std::string, SystemError> runtime(const Environment& environment);
 
-/// A folder of our own, named after the user id, in $TMPDIR or /tmp; made if missing.
+/// A folder of our own, named after the user id, in $TMPDIR, or in /tmp when there is no such folder; made if missing.
 std::expected<std::string, SystemError> temporary(const Environment& environment);
 
 /// Makes a folder that only its owner can enter. One that is there already must be a real folder, ours, and is closed

@@ -1,6 +1,6 @@
 #include "Platform/InstanceLock.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -91,6 +91,13 @@ TEST_F(InstanceLockTest, FoldersFollowTheEnvironmentAndPrivateOnesAreChecked) {
     environment["XDG_RUNTIME_DIR"] = base;
     EXPECT_EQ(Folders::runtime(environment), base + "/orvane");
     EXPECT_EQ(fs::status(base + "/orvane").permissions(), fs::perms::owner_all);
+    // Another user's, as su leaves it to root.
+    if (geteuid() == 0) {
+        ASSERT_EQ(chown(base.c_str(), 1, 1), 0);
+        EXPECT_EQ(Folders::runtime(environment), fallback);
+        ASSERT_EQ(chown(base.c_str(), 0, 0), 0);
+    }
+    EXPECT_THAT(*Folders::temporary({{"TMPDIR", base + "/gone"}}), ::testing::StartsWith("/tmp/orvane-"));
 
     fs::permissions(fallback, fs::perms::all);
     ASSERT_TRUE(Folders::temporary(environment).has_value());

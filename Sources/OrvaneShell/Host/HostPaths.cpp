@@ -17,8 +17,12 @@ std::string state(const Environment& environment) {
 std::expected<std::string, SystemError> socket(const Environment& environment) {
     // Hosts with different support folders (a test, a second $XDG_DATA_HOME) may share a runtime folder.
     const std::string name = "/host-" + sha256Hex(Folders::applicationSupport(environment)).substr(0, 12) + ".sock";
+    const auto fits = [&](const auto& folder) {
+        return !folder || folder->size() + name.size() <= UnixSocket::longestPath;
+    };
     auto folder = Folders::runtime(environment);
-    if (folder && folder->size() + name.size() > UnixSocket::longestPath) folder = Folders::temporary(environment);
+    if (!fits(folder)) folder = Folders::temporary(environment);
+    if (!fits(folder)) folder = Folders::temporary({});
     if (!folder) return std::unexpected(folder.error());
     return *folder + name;
 }
