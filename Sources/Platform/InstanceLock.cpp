@@ -54,8 +54,12 @@ std::expected<std::optional<InstanceLock>, SystemError> InstanceLock::acquire(co
         }
         if (!isStillAt(path, file.number())) continue;
         if (ftruncate(file.number(), 0) != 0) return std::unexpected(SystemError::last("empty", path));
-        return InstanceLock(std::move(file));
+        return InstanceLock(path, std::move(file));
     }
+}
+
+bool InstanceLock::isInPlace() const {
+    return isStillAt(path_, file_.number());
 }
 
 std::expected<void, SystemError> InstanceLock::publish(const InstanceRecord& record) const {

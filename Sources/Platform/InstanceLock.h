@@ -27,6 +27,9 @@ class InstanceLock {
     /// has it.
     static std::expected<std::optional<InstanceLock>, SystemError> acquire(const std::string& path);
 
+    /// Whether the file is still there: once it was deleted or replaced, another process can take a lock of its own.
+    bool isInPlace() const;
+
     /// Tells others where this host is. The record is replaced whole.
     std::expected<void, SystemError> publish(const InstanceRecord& record) const;
 
@@ -43,8 +46,9 @@ class InstanceLock {
     static Observation observe(const std::string& path);
 
  private:
-    explicit InstanceLock(FileDescriptor file) : file_(std::move(file)) {}
+    InstanceLock(std::string path, FileDescriptor file) : path_(std::move(path)), file_(std::move(file)) {}
 
+    std::string path_;
     FileDescriptor file_;
 };
 

@@ -25,6 +25,12 @@ void LineServer::serve(FileDescriptor listener) {
     acceptWatch_ = loop_.watch(listener_.number(), Readiness::readable, [this] { acceptAll(); });
 }
 
+void LineServer::stopServing() {
+    acceptPause_.reset();
+    acceptWatch_.reset();
+    listener_.close();
+}
+
 void LineServer::acceptAll() {
     while (true) {
         FileDescriptor socket(accept4(listener_.number(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));

@@ -65,6 +65,9 @@ class LineServer {
     /// are open stay open.
     void serve(FileDescriptor listener);
 
+    /// Takes no more connections. Those that are open stay open; those nobody took yet are reset.
+    void stopServing();
+
     std::size_t connectionCount() const { return clients_.size(); }
 
  private:

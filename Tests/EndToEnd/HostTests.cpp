@@ -242,6 +242,20 @@ TEST_F(HostTest, ALostSocketIsMadeAnew) {
     EXPECT_EQ(hostProcess(), host);
 }
 
+TEST_F(HostTest, ALostLockIsTakenAgain) {
+    ASSERT_EQ(orvane({"open", "."})->status(), 0);
+    const std::string projects = orvane({"projects", "--json"})->output;
+    const pid_t host = hostProcess();
+    for (const char* lost : {"data/Orvane/host.lock", "data"}) {
+        std::filesystem::remove_all(folder.path(lost));
+        ASSERT_TRUE(loop.runUntil([&] { return hostProcess() == host; })) << lost;
+        EXPECT_EQ(orvane({"projects", "--json"})->output, projects);
+    }
+    EXPECT_EQ(orvane({"quit"})->status(), 0);
+    EXPECT_EQ(orvane({})->status(), 0);
+    EXPECT_EQ(orvane({"projects", "--json"})->output, projects);
+}
+
 TEST_F(HostTest, SignalsStopTheHostAsItsKindAsks) {
     for (const int signal : {SIGTERM, SIGHUP, SIGINT}) {
         const auto host = start({"host"});

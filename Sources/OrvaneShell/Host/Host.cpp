@@ -6,7 +6,7 @@
 #include <csignal>
 #include <filesystem>
 #include <iostream>
-#include <thread>
+#include <utility>
 
 #include "OrvaneShell/Host/HostPaths.h"
 #include "Platform/Files.h"
@@ -20,7 +20,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr Duration socketRetryInterval = 1s;
+constexpr Duration placesRetryInterval = 1s;
+constexpr Duration placesRetryTolerance = 500ms;
+
+bool isSocket(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_socket(path, error);
+}
 
 std::string executablePath() {
     std::error_code error;
@@ -60,8 +66,6 @@ Host::Host(Mode mode, Environment environment, InstanceLock lock, DiagnosticLog 
               {}) {}
 
 Host::~Host() {
-    signals_.reset();
-    socketWatch_.reset();
     if (!socketPath_.empty()) unlink(socketPath_.c_str());
 }
 
@@ -71,7 +75,7 @@ std::expected<void, std::string> Host::start() {
     });
     store_->load();
     if (auto listening = listen(); !listening) return std::unexpected(listening.error().message());
-    watchSocket();
+    keepPlaces();
     log_.log("launch: didFinishLaunching bundle=" + executablePath());
     return {};
 }
@@ -84,38 +88,88 @@ void Host::run() {
 
 /// Binds the socket and tells others where it is.
 std::expected<void, SystemError> Host::listen() {
+    isListening_ = false;
     const auto path = HostPaths::socket(environment_);
     if (!path) return std::unexpected(path.error());
     auto listener = UnixSocket::listenAt(*path);
     if (!listener) return std::unexpected(listener.error());
     server_.serve(std::move(*listener));
     socketPath_ = *path;
-    return lock_.publish({.processId = getpid(), .socketPath = socketPath_});
+    auto published = lock_.publish({.processId = getpid(), .socketPath = socketPath_});
+    isListening_ = published.has_value();
+    return published;
 }
 
-/// Cleaners of temporary folders and the end of a login session take the socket away while the host goes on.
-void Host::watchSocket() {
-    const std::string folder = socketPath_.substr(0, socketPath_.rfind('/'));
-    auto watch = FolderWatch::create(loop_, folder, [this](FolderWatch::Change) { restoreSocket(); }, 50ms);
-    if (watch) {
-        socketWatch_ = std::move(*watch);
-        socketRetry_.reset();
-    } else {
-        socketRetry_ = loop_.after(socketRetryInterval, [this] { restoreSocket(); });
+/// Cleaners of temporary folders and the end of a login session take the socket away while the host goes on, and
+/// people delete the folder with the lock.
+void Host::keepPlaces() {
+    placesRetry_.reset();
+    const bool isLocked = keepLock();
+    if (stopSequence_.hasStarted()) return;
+    const bool isReachable = keepSocket();
+    if (isLocked && isReachable) return;
+    placesRetry_ = loop_.after(placesRetryInterval, [this] { keepPlaces(); }, placesRetryTolerance);
+}
+
+/// Whether the lock is in its place and watched.
+bool Host::keepLock() {
+    const std::string path = HostPaths::lock(environment_);
+    if (!lock_.isInPlace()) {
+        lockWatch_.reset();
+        (void)createFolders(Folders::applicationSupport(environment_));
+        auto lock = InstanceLock::acquire(path);
+        if (!lock) {
+            log_.log(lock.error().message());
+            return false;
+        }
+        if (!*lock) {
+            // Another host was quicker, and two must not write one state file. The socket is that host's by now.
+            log_.log("launch: another host has the lock, this one stops");
+            socketPath_.clear();
+            stop();
+            return true;
+        }
+        lock_ = std::move(**lock);
+        isListening_ = false;
+        store_->saveState();
     }
+    if (!lockWatch_) watchFolder(lockWatch_, Folders::applicationSupport(environment_));
+    return lockWatch_ && lock_.isInPlace();
 }
 
-void Host::restoreSocket() {
-    std::error_code error;
-    if (std::filesystem::is_socket(socketPath_, error) && socketWatch_ && !socketRetry_) return;
-    const auto listening = listen();
-    if (!listening) log_.log(listening.error().message());
-    // The callback of a watch may destroy it, and this may be one.
-    watchSocket();
-    if (!listening) socketRetry_ = loop_.after(socketRetryInterval, [this] { restoreSocket(); });
+/// Whether the socket is in its place and watched.
+bool Host::keepSocket() {
+    if (!isListening_ || !isSocket(socketPath_)) {
+        socketWatch_.reset();
+        if (const auto listening = listen(); !listening) {
+            log_.log(listening.error().message());
+            return false;
+        }
+    }
+    if (!socketWatch_) watchFolder(socketWatch_, socketPath_.substr(0, socketPath_.rfind('/')));
+    return socketWatch_ && isSocket(socketPath_);
+}
+
+void Host::watchFolder(std::unique_ptr<FolderWatch>& watch, const std::string& folder) {
+    auto made = FolderWatch::create(
+        loop_, folder,
+        [this, &watch](FolderWatch::Change change) {
+            if (change == FolderWatch::Change::folderGone) watch.reset();
+            keepPlaces();
+        },
+        50ms);
+    if (made) watch = std::move(*made);
 }
 
 void Host::stop() {
+    if (stopSequence_.hasStarted()) return;
+    // A command that comes now waits for the end and then starts the next host or finds none; this one would soon
+    // forget what it was told.
+    server_.stopServing();
+    lockWatch_.reset();
+    socketWatch_.reset();
+    placesRetry_.reset();
+    if (const std::string path = std::exchange(socketPath_, {}); !path.empty()) unlink(path.c_str());
     stopSequence_.start([this] { loop_.stop(); });
 }
 

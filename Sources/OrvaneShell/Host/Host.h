@@ -41,8 +41,10 @@ class Host {
 
  private:
     std::expected<void, SystemError> listen();
-    void watchSocket();
-    void restoreSocket();
+    void keepPlaces();
+    bool keepLock();
+    bool keepSocket();
+    void watchFolder(std::unique_ptr<FolderWatch>& watch, const std::string& folder);
     void stop();
 
     Mode mode_;
@@ -60,8 +62,10 @@ class Host {
     RequestRouter router_;
     LineServer server_;
     std::string socketPath_;
+    bool isListening_ = false;  ///< and others were told where
+    std::unique_ptr<FolderWatch> lockWatch_;
     std::unique_ptr<FolderWatch> socketWatch_;
-    Registration socketRetry_;
+    Registration placesRetry_;
     std::optional<SignalWatch> signals_;
 };
 
