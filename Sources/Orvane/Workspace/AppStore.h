@@ -100,7 +100,7 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
         std::optional<Uuid> targetLeaf;
         Origin origin = Origin::launched;
     };
-    /// The only way a session comes to be. None for an unknown project.
+    /// The only way a session comes to be. None for an unknown project, and once all sessions were told to end.
     SessionController* createSession(const SessionRequest& request);
     void selectSession(const Uuid& id);
     /// Asks the view for a confirmation.
@@ -165,6 +165,7 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     void clearOverlay();
     void recordPeaks();
     void endSession(const Uuid& id);
+    void forgetEndedSessions();
     void refreshBranches();
     void noteBranch(const Uuid& project, std::optional<std::string> branch);
     void restoreShell();
@@ -183,6 +184,7 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     bool sessionChangePending_ = false;
     bool terminationStarted_ = false;
     Registration branchTimer_;
+    Registration closedSessionsTimer_;  ///< while there are any
 };
 
 }  // namespace orvane

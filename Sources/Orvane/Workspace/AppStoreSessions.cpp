@@ -5,6 +5,15 @@
 
 namespace orvane {
 
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Duration closedSessionsInterval = 1s;
+constexpr Duration closedSessionsTolerance = 500ms;
+
+}  // namespace
+
 SessionController* AppStore::session(const Uuid& id) const {
     const auto found = std::ranges::find_if(sessions_, [&](const auto& each) { return each->id() == id; });
     return found == sessions_.end() ? nullptr : found->get();
@@ -20,7 +29,7 @@ std::vector<SessionController*> AppStore::activeSessions() const {
 
 SessionController* AppStore::createSession(const SessionRequest& request) {
     const Project* project = workspace_.project(request.project);
-    if (project == nullptr) return nullptr;
+    if (project == nullptr || terminationStarted_) return nullptr;
     const auto spec = request.customAgent && services_.customAgent ? services_.customAgent(*request.customAgent)
                                                                    : std::optional<AgentSpec>();
     const double now = std::chrono::duration<double>(services_.loop.wallTime().time_since_epoch()).count();
@@ -140,12 +149,21 @@ void AppStore::endSession(const Uuid& id) {
     tally_.raise("session_close");
     workspace_.clearSession(id);
     std::erase(sessions_, ended);
-    std::erase_if(closedSessions_, [](const auto& each) { return !each->isStillTerminating(); });
+    if (!closedSessionsTimer_) {
+        closedSessionsTimer_ =
+            services_.loop.every(closedSessionsInterval, closedSessionsTolerance, [this] { forgetEndedSessions(); });
+    }
     if (interface_.sessionPendingClose == id) interface_.sessionPendingClose.reset();
     if (interface_.searchingSessionID == id) interface_.searchingSessionID.reset();
     ++remoteRevision_;
     publish({.session = id, .from = std::string(ended->status().name()), .to = {}});
     closedSessions_.push_back(std::move(ended));
+}
+
+/// The number of a process group that ended is given to another one sooner or later, which quitting would then kill.
+void AppStore::forgetEndedSessions() {
+    std::erase_if(closedSessions_, [](const auto& each) { return !each->isStillTerminating(); });
+    if (closedSessions_.empty()) closedSessionsTimer_.reset();
 }
 
 }  // namespace orvane
