@@ -55,13 +55,12 @@ std::expected<LineClient, Failure> connect(const Environment& environment, HostS
     }
 }
 
-bool waitForEnd(const Environment& environment) {
+bool waitForEnd(const Environment& environment, pid_t host) {
     const std::string lockPath = HostPaths::lock(environment);
-    const pid_t stopping = InstanceLock::observe(lockPath).record.processId;
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (std::chrono::steady_clock::now() < deadline) {
         const auto seen = InstanceLock::observe(lockPath);
-        if (seen.state != InstanceLock::State::running || seen.record.processId != stopping) return true;
+        if (seen.state != InstanceLock::State::running || seen.record.processId != host) return true;
         std::this_thread::sleep_for(pollInterval);
     }
     return false;

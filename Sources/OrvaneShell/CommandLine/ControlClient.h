@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <expected>
 #include <string>
 
@@ -27,7 +29,7 @@ std::expected<LineClient, Failure> connect(const Environment& environment, HostS
 
 /// Waits until the host that was told to stop has let go of everything, its state file included, so that another may
 /// start. False when it takes longer than a stopping host may.
-bool waitForEnd(const Environment& environment);
+bool waitForEnd(const Environment& environment, pid_t host);
 
 }  // namespace ControlClient
 

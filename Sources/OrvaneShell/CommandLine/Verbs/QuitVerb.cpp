@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <algorithm>
 #include <boost/json.hpp>
 #include <ostream>
@@ -14,9 +16,13 @@ namespace {
 int run(ClientContext& client, const Arguments& arguments) {
     boost::json::object request;
     if (arguments.has("force")) request["force"] = true;
-    const int status = client.ask("quit", std::move(request), [](const JsonValue&) {});
+    std::int64_t stopping = 0;
+    const int status = client.ask("quit", std::move(request),
+                                  [&](const JsonValue& result) { stopping = JSONObject(result).integer("pid"); });
     // Whoever starts the host again right after this must not find the old one.
-    if (status != CommandStatus::done || ControlClient::waitForEnd(client.environment)) return status;
+    if (status != CommandStatus::done || ControlClient::waitForEnd(client.environment, static_cast<pid_t>(stopping))) {
+        return status;
+    }
     client.errors << client.l10n.text("quit.takesLong") << '\n';
     return CommandStatus::refused;
 }
@@ -41,7 +47,7 @@ Outcome serve(HostContext& host, const JSONObject& arguments) {
         }
     }
     host.stop();
-    return JsonValue{{"stopping", true}};
+    return JsonValue{{"stopping", true}, {"pid", getpid()}};
 }
 
 }  // namespace
