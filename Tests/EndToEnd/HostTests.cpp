@@ -120,8 +120,8 @@ TEST_F(HostTest, ANewUsersFirstCommands) {
             "\n");
     EXPECT_THAT(orvane({})->output, HasSubstr(folder.path("project")));
     EXPECT_EQ(orvane({"quit"})->status(), 0);
-    EXPECT_EQ(seen().state, InstanceLock::State::free);                        // quit waits for the end
-    EXPECT_TRUE(std::filesystem::is_empty(folder.path("run/orvane")));         // no socket is left
+    EXPECT_EQ(seen().state, InstanceLock::State::free);                 // quit waits for the end
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path("run/orvane")));  // no socket is left
     EXPECT_THAT(folder.read("config/Orvane/preferences.json"), HasSubstr("project_add"));
     EXPECT_THAT(orvane({})->output, HasSubstr(id->lowerText().substr(0, 8)));  // and everything is found again
 }
@@ -148,6 +148,33 @@ TEST_F(HostTest, WrongUsageIsToldInTheUsersLanguage) {
     folder.write("config/Orvane/preferences.json", R"({"language":"fr"})");
     EXPECT_THAT(orvane({"open"})->errors, HasSubstr("Il manque PATH"));
     EXPECT_THAT(orvane({"open", "/no/such/place"})->errors, HasSubstr("n’existe pas"));
+}
+
+TEST_F(HostTest, PathsMeanTheSameFolderHoweverTheyAreTyped) {
+    const std::string project = folder.path("project");
+    std::filesystem::create_directory(project + "/below");
+    std::filesystem::create_directory_symlink(project, folder.path("link"));
+    const auto opened = orvane({"open", folder.path("link")});
+    ASSERT_EQ(opened->status(), 0) << opened->errors;
+    const std::string in = "cd '" + folder.path("link") + "' && ";
+    for (const char* line :
+         {"\"$0\" rename . here", "\"$0\" rename ./below/.. here", "\"$0\" layout --project ../link/"}) {
+        const auto run = shell(in + line);
+        EXPECT_EQ(run->status(), 0) << line << run->errors;
+    }
+    EXPECT_EQ(shell(in + "\"$0\" open .")->output, opened->output);
+
+    const auto unset = orvane({"open", ""});
+    EXPECT_EQ(unset->status(), 2);
+    EXPECT_THAT(unset->errors, HasSubstr("PATH is missing"));
+    EXPECT_THAT(shell("cd below && rmdir ../below && \"$0\" open .")->errors, HasSubstr("There is no folder"));
+    std::filesystem::create_directory(folder.path("bad\xff"));
+    std::filesystem::create_directory_symlink(folder.path("bad\xff"), folder.path("to-bad"));
+    for (const char* name : {"bad\xff", "to-bad"}) {
+        const auto bad = orvane({"open", folder.path(name)});
+        EXPECT_EQ(bad->status(), 1) << name;
+        EXPECT_THAT(bad->errors, HasSubstr("not valid UTF-8")) << name;
+    }
 }
 
 TEST_F(HostTest, OutputThatCannotBeWrittenIsAnErrorAndGoesNowhereElse) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <boost/json.hpp>
 #include <cerrno>
+#include <filesystem>
 #include <ostream>
 
 #include "OrvaneCore/Support/Text.h"
@@ -68,6 +69,16 @@ std::expected<std::string, int> ClientContext::exchange(const std::string& line,
         errors << l10n.text("error.hostGone", reply.error().message()) << '\n';
         return std::unexpected(CommandStatus::refused);
     }
+}
+
+std::string ClientContext::projectText(const std::string& typed) const {
+    const bool isPath =
+        typed == "." || typed == ".." || typed.starts_with('/') || typed.starts_with("./") || typed.starts_with("../");
+    if (!isPath) return typed;
+    std::error_code error;
+    // The folder of a project may be gone.
+    const auto path = std::filesystem::weakly_canonical(std::filesystem::path(workingDirectory) / typed / "", error);
+    return error ? typed : (path.has_filename() ? path : path.parent_path()).string();
 }
 
 void ClientContext::printJson(const JsonValue& value) {

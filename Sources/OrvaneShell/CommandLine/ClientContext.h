@@ -27,6 +27,7 @@ class ClientContext {
 
     Environment environment;
     L10n l10n;
+    /// Empty when it was deleted.
     std::string workingDirectory;
     /// Where results go, and where everything said to a person goes.
     std::ostream& output;
@@ -42,6 +43,10 @@ class ClientContext {
 
     /// The same for a request whose answer is a stream: every line goes to the output until the host ends.
     int follow(std::string_view verb, const boost::json::object& arguments);
+
+    /// What was typed for a project: a path ("/…", ".", "./…", "..", "../…") as projects are registered, absolute and
+    /// with links resolved; ids and names as they are.
+    std::string projectText(const std::string& typed) const;
 
     /// Prints a result as one line of JSON.
     void printJson(const JsonValue& value);

@@ -13,7 +13,7 @@ int show(ClientContext& client) {
     JsonValue projects;
     int status = client.ask("projects", {}, [&](const JsonValue& result) { projects = result; }, HostStart::ifNeeded);
     if (status != CommandStatus::done) return status;
-    if (projects.is_array() && projects.get_array().empty()) {
+    if (projects.is_array() && projects.get_array().empty() && !client.workingDirectory.empty()) {
         status = client.ask("open", {{"path", client.workingDirectory}}, [](const JsonValue&) {});
         if (status != CommandStatus::done) return status;
     }

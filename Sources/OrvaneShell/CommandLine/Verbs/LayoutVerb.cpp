@@ -80,7 +80,7 @@ int run(ClientContext& client, const Arguments& arguments) {
     boost::json::object request;
     for (const auto& [name, value] : arguments.values)
         request[name] = value;
-    if (request.contains("project") && request["project"] == ".") request["project"] = client.workingDirectory;
+    if (request.contains("project")) request["project"] = client.projectText(arguments.value("project"));
     return client.ask("layout", std::move(request), [&](const JsonValue& result) { print(client, arguments, result); });
 }
 

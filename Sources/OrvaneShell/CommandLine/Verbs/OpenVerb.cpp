@@ -10,6 +10,7 @@
 
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/CommandLine/ClientContext.h"
+#include "OrvaneShell/CommandLine/CommandStatus.h"
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
 #include "OrvaneShell/Host/HostContext.h"
 
@@ -18,9 +19,20 @@ namespace orvane::Verbs {
 namespace {
 
 int run(ClientContext& client, const Arguments& arguments) {
-    const auto path = std::filesystem::path(client.workingDirectory) / arguments.value("path");
+    const std::string typed = arguments.value("path");
+    const std::string path = (std::filesystem::path(client.workingDirectory) / typed).string();
+    if (typed.empty()) {  // an unset variable of a script, not the current folder
+        client.errors << client.l10n.text("usage.missing", "PATH") << '\n';
+        return CommandStatus::wrongUsage;
+    }
+    // The current folder may be gone, and a request is text.
+    if (!path.starts_with('/') || !Text::isValidUtf8(path)) {
+        const char* key = path.starts_with('/') ? "error.pathNotUtf8" : "error.pathMissing";
+        client.errors << client.l10n.text(key, Text::oneLine(path)) << '\n';
+        return CommandStatus::refused;
+    }
     return client.ask(
-        "open", {{"path", path.string()}},
+        "open", {{"path", path}},
         [&](const JsonValue& result) { client.output << JSONObject(result).string("id") << '\n'; },
         HostStart::ifNeeded);
 }
@@ -30,7 +42,6 @@ int run(ClientContext& client, const Arguments& arguments) {
 std::expected<std::string, std::string> usableFolder(const HostContext& host, const std::string& path) {
     const std::string shown = Text::oneLine(path);
     if (!path.starts_with('/')) return std::unexpected(host.l10n.text("error.pathNotAbsolute", shown));
-    if (!Text::isValidUtf8(path)) return std::unexpected(host.l10n.text("error.pathNotUtf8", shown));
     char* resolved = realpath(path.c_str(), nullptr);
     if (resolved == nullptr) {
         const char* key = errno == ENOENT || errno == ENOTDIR ? "error.pathMissing" : "error.pathUnreadable";
@@ -38,6 +49,10 @@ std::expected<std::string, std::string> usableFolder(const HostContext& host, co
     }
     std::string folder(resolved);
     std::free(resolved);
+    // A link may lead to one, and the state file could not name it.
+    if (!Text::isValidUtf8(folder)) {
+        return std::unexpected(host.l10n.text("error.pathNotUtf8", Text::oneLine(folder)));
+    }
     struct stat status{};
     if (stat(folder.c_str(), &status) != 0) return std::unexpected(host.l10n.text("error.pathUnreadable", shown));
     if (!S_ISDIR(status.st_mode)) return std::unexpected(host.l10n.text("error.pathIsFile", shown));

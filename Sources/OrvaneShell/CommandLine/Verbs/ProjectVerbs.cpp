@@ -17,12 +17,6 @@ namespace {
 constexpr Parameter projectParameter{
     .kind = Parameter::Kind::required, .name = "PROJECT", .textKey = "help.parameter.project"};
 
-/// A path that lies in the current folder is meant relative to it; ids and names stay as they were typed.
-std::string projectText(const ClientContext& client, const std::string& typed) {
-    if (typed == ".") return client.workingDirectory;
-    return typed;
-}
-
 void nothing(const JsonValue&) {}
 
 int runProjects(ClientContext& client, const Arguments& arguments) {
@@ -64,7 +58,7 @@ Outcome serveProjects(HostContext& host, const JSONObject&) {
 
 int runRename(ClientContext& client, const Arguments& arguments) {
     return client.ask("rename",
-                      {{"project", projectText(client, arguments.value("project"))}, {"name", arguments.value("name")}},
+                      {{"project", client.projectText(arguments.value("project"))}, {"name", arguments.value("name")}},
                       nothing);
 }
 
@@ -79,7 +73,7 @@ Outcome serveRename(HostContext& host, const JSONObject& arguments) {
 
 int runColor(ClientContext& client, const Arguments& arguments) {
     return client.ask(
-        "color", {{"project", projectText(client, arguments.value("project"))}, {"color", arguments.value("color")}},
+        "color", {{"project", client.projectText(arguments.value("project"))}, {"color", arguments.value("color")}},
         nothing);
 }
 
@@ -116,8 +110,8 @@ Outcome serveColor(HostContext& host, const JSONObject& arguments) {
 
 int runMove(ClientContext& client, const Arguments& arguments) {
     return client.ask("move",
-                      {{"project", projectText(client, arguments.value("project"))},
-                       {"target", projectText(client, arguments.value("target"))}},
+                      {{"project", client.projectText(arguments.value("project"))},
+                       {"target", client.projectText(arguments.value("target"))}},
                       nothing);
 }
 
@@ -131,7 +125,7 @@ Outcome serveMove(HostContext& host, const JSONObject& arguments) {
 }
 
 int runRemove(ClientContext& client, const Arguments& arguments) {
-    boost::json::object request{{"project", projectText(client, arguments.value("project"))}};
+    boost::json::object request{{"project", client.projectText(arguments.value("project"))}};
     if (arguments.has("force")) request["force"] = true;
     return client.ask("remove", std::move(request), nothing);
 }
