@@ -24,7 +24,7 @@ if(ORVANE_SANITIZE)
     add_compile_options(-Wno-tsan)
   endif()
 endif()
-if(ORVANE_FUZZ)
+if(ORVANE_FUZZ AND ORVANE_SANITIZE)
   # Every line that runs tells the fuzzer that it did; only the entries of Fuzz/ have its main program.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
