@@ -62,6 +62,9 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     std::uint64_t remoteRevision() const { return remoteRevision_; }
     /// What only the interface remembers; views write it directly and call `noteInterfaceChange`.
     InterfaceState& interface() { return interface_; }
+    MainLoop& loop() const { return services_.loop; }
+    /// For work that blocks.
+    BackgroundPool& pool() const { return services_.pool; }
     UsageTally& tally() { return tally_; }
 
     /// At most once a turn of the loop, whatever number of changes it had.

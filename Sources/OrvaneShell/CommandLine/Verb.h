@@ -58,7 +58,10 @@ struct Refusal {
 /// The request stays open; the handler sends lines through its connection.
 struct Streaming {};
 
-using Outcome = std::variant<JsonValue, Refusal, Streaming>;
+/// The answer follows through `HostContext::answer`: for what must look at the disk first, which may take its time.
+struct Later {};
+
+using Outcome = std::variant<JsonValue, Refusal, Streaming, Later>;
 
 /// One verb of the command line: what people type, the half that runs in their terminal and the half that runs in the
 /// host. The text of "help.verb.<name>" says what it does.

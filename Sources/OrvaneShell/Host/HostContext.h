@@ -5,6 +5,7 @@
 
 #include "Orvane/Workspace/AppStore.h"
 #include "OrvaneCore/Support/L10n.h"
+#include "OrvaneShell/CommandLine/Verb.h"
 #include "Platform/LineServer.h"
 
 namespace orvane {
@@ -15,6 +16,8 @@ struct HostContext {
     AppStore& store;
     L10n l10n;
     std::weak_ptr<LineServer::Connection> connection;
+    /// Answers a request whose outcome was `Later`. May be kept; does nothing once the client has gone.
+    std::function<void(const Outcome&)> answer;
     /// Starts the stop sequence of the host.
     std::function<void()> stop;
 };

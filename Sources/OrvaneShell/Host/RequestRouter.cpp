@@ -21,18 +21,23 @@ std::string replyLine(const JsonValue& result) {
     return Json::write({{"ok", true}, {"result", result}});
 }
 
+void answer(LineServer::Connection& connection, const Outcome& outcome) {
+    std::visit(Overloaded{
+                   [&](const JsonValue& result) { connection.reply(replyLine(result)); },
+                   [&](const Refusal& refusal) { connection.reply(replyLine(refusal)); },
+                   [](const Streaming&) {},
+                   [](const Later&) {},
+               },
+               outcome);
+}
+
 }  // namespace
 
 RequestRouter::RequestRouter(AppStore& store, L10n l10n, std::function<void()> stop)
     : store_(store), l10n_(l10n), stop_(std::move(stop)) {}
 
 void RequestRouter::handle(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line) {
-    std::visit(Overloaded{
-                   [&](const JsonValue& result) { connection->reply(replyLine(result)); },
-                   [&](const Refusal& refusal) { connection->reply(replyLine(refusal)); },
-                   [](const Streaming&) {},
-               },
-               serve(connection, line));
+    answer(*connection, serve(connection, line));
 }
 
 Outcome RequestRouter::serve(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line) {
@@ -47,7 +52,14 @@ Outcome RequestRouter::serve(const std::shared_ptr<LineServer::Connection>& conn
     if (verb == nullptr || verb->serve == nullptr) {
         return Refusal{.code = "unknownVerb", .message = l10n.text("usage.unknownVerb", name)};
     }
-    HostContext host{.store = store_, .l10n = l10n, .connection = connection, .stop = stop_};
+    HostContext host{.store = store_,
+                     .l10n = l10n,
+                     .connection = connection,
+                     .answer =
+                         [weak = std::weak_ptr(connection)](const Outcome& outcome) {
+                             if (const auto client = weak.lock()) answer(*client, outcome);
+                         },
+                     .stop = stop_};
     return verb->serve(host, request.object("arguments"));
 }
 

@@ -32,6 +32,7 @@ class RequestRouterTest : public testing::StoreFixture {
     JsonValue replyTo(const std::string& line) {
         const auto connection = std::make_shared<RecordingConnection>();
         router.handle(connection, line);
+        EXPECT_TRUE(loop.runUntil([&] { return !connection->lines.empty(); })) << line;
         EXPECT_EQ(connection->lines.size(), 1U) << line;
         return Json::parse(connection->lines.at(0)).value();
     }

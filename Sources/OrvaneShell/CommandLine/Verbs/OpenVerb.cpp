@@ -39,24 +39,24 @@ int run(ClientContext& client, const Arguments& arguments) {
 
 /// The folder as it is known to every program that works in it, with links resolved: agents name their transcripts
 /// after that path. The error is a line for a person.
-std::expected<std::string, std::string> usableFolder(const HostContext& host, const std::string& path) {
+std::expected<std::string, std::string> usableFolder(const L10n& l10n, const std::string& path) {
     const std::string shown = Text::oneLine(path);
-    if (!path.starts_with('/')) return std::unexpected(host.l10n.text("error.pathNotAbsolute", shown));
+    if (!path.starts_with('/')) return std::unexpected(l10n.text("error.pathNotAbsolute", shown));
     char* resolved = realpath(path.c_str(), nullptr);
     if (resolved == nullptr) {
         const char* key = errno == ENOENT || errno == ENOTDIR ? "error.pathMissing" : "error.pathUnreadable";
-        return std::unexpected(host.l10n.text(key, shown));
+        return std::unexpected(l10n.text(key, shown));
     }
     std::string folder(resolved);
     std::free(resolved);
     // A link may lead to one, and the state file could not name it.
     if (!Text::isValidUtf8(folder)) {
-        return std::unexpected(host.l10n.text("error.pathNotUtf8", Text::oneLine(folder)));
+        return std::unexpected(l10n.text("error.pathNotUtf8", Text::oneLine(folder)));
     }
     struct stat status{};
-    if (stat(folder.c_str(), &status) != 0) return std::unexpected(host.l10n.text("error.pathUnreadable", shown));
-    if (!S_ISDIR(status.st_mode)) return std::unexpected(host.l10n.text("error.pathIsFile", shown));
-    if (access(folder.c_str(), R_OK | X_OK) != 0) return std::unexpected(host.l10n.text("error.pathUnreadable", shown));
+    if (stat(folder.c_str(), &status) != 0) return std::unexpected(l10n.text("error.pathUnreadable", shown));
+    if (!S_ISDIR(status.st_mode)) return std::unexpected(l10n.text("error.pathIsFile", shown));
+    if (access(folder.c_str(), R_OK | X_OK) != 0) return std::unexpected(l10n.text("error.pathUnreadable", shown));
     return folder;
 }
 
@@ -65,11 +65,19 @@ Outcome serve(HostContext& host, const JSONObject& arguments) {
     if (!path || path->find('\0') != std::string::npos) {
         return Refusal{.code = "usage", .message = host.l10n.text("usage.missing", "PATH")};
     }
-    const auto folder = usableFolder(host, *path);
-    if (!folder) return Refusal{.message = folder.error()};
-    const Uuid id = host.store.addProject(*folder);
-    host.store.selectProject(id);
-    return JsonValue{{"id", id.lowerText()}};
+    // A folder on a network that is down may answer after minutes, and nobody else shall wait for it.
+    runInBackground(
+        host.store.pool(), host.store.loop(), [l10n = host.l10n, path = *path] { return usableFolder(l10n, path); },
+        [weak = host.store.weak_from_this(),
+         answer = host.answer](const std::expected<std::string, std::string>& folder) {
+            const auto store = weak.lock();
+            if (!store) return;
+            if (!folder) return answer(Refusal{.message = folder.error()});
+            const Uuid id = store->addProject(*folder);
+            store->selectProject(id);
+            answer(JsonValue{{"id", id.lowerText()}});
+        });
+    return Later{};
 }
 
 }  // namespace
