@@ -43,9 +43,7 @@ class Regex {
     struct Match {
         std::vector<std::optional<Group>> groups;
 
-        const Group& whole() const {
-            return *groups.front();
-        }  // NOLINT(bugprone-unchecked-optional-access): always set
+        const Group& whole() const { return *groups.front(); }
     };
 
     struct LimitExceeded {};
