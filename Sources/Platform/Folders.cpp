@@ -60,7 +60,7 @@ std::expected<std::string, SystemError> runtime(const Environment& environment) 
 
 std::expected<std::string, SystemError> temporary(const Environment& environment) {
     const std::string named = baseFolder(environment, "TMPDIR", "/tmp");
-    const std::string path =
+    std::string path =
         (isFolder(named) ? named : "/tmp") + "/orvane-" + std::to_string(static_cast<unsigned long>(geteuid()));
     if (auto made = makePrivate(path); !made) return std::unexpected(made.error());
     return path;
