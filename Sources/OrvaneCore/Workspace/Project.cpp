@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "OrvaneCore/Support/JSONObject.h"
-#include "OrvaneCore/Workspace/Names.h"
+#include "OrvaneCore/Support/Paths.h"
 #include "OrvaneCore/Workspace/ProjectPalette.h"
 
 namespace orvane {

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "OrvaneCore/Workspace/Names.h"
+#include "OrvaneCore/Support/Paths.h"
+#include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Workspace/ProjectPalette.h"
 
 namespace orvane::ProjectList {
@@ -23,7 +24,7 @@ Addition adding(const std::string& path, std::vector<Project> projects, const Uu
 
 std::vector<Project> renaming(const Uuid& id, const std::string& name, std::vector<Project> projects) {
     const auto project = std::ranges::find(projects, id, &Project::id);
-    const std::string_view given = trimmed(name);
+    const std::string_view given = Text::trimmed(name);
     if (project != projects.end() && !given.empty()) project->name = given;
     return projects;
 }

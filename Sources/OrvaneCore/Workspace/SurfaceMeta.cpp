@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "OrvaneCore/Support/JSONObject.h"
-#include "OrvaneCore/Workspace/Names.h"
+#include "OrvaneCore/Support/Text.h"
 
 namespace orvane {
 
@@ -66,7 +66,7 @@ SurfaceMeta SurfaceMeta::appendingNote(ChatNote note) const {
 
 SurfaceMeta SurfaceMeta::renamed(const std::string& newTitle) const {
     SurfaceMeta meta = *this;
-    const std::string_view given = trimmed(newTitle);
+    const std::string_view given = Text::trimmed(newTitle);
     if (given.empty()) return meta;
     meta.title = given;
     meta.isAutoTitle = false;

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "OrvaneCore/Workspace/Names.h"
+#include "OrvaneCore/Support/Paths.h"
+#include "OrvaneCore/Support/Text.h"
 
 namespace orvane::SurfaceTabs {
 
@@ -32,7 +33,7 @@ std::vector<SurfaceMeta> overflow(const std::vector<SurfaceMeta>& metas, double 
 }
 
 std::string title(const std::string& given, const std::optional<std::string>& payload, const std::string& fallback) {
-    if (const std::string_view own = trimmed(given); !own.empty()) return std::string(own);
+    if (const std::string_view own = Text::trimmed(given); !own.empty()) return std::string(own);
     if (payload && payload->contains('/')) return lastPathComponent(*payload);
     return fallback;
 }

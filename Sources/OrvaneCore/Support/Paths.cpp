@@ -1,13 +1,6 @@
-#include "OrvaneCore/Workspace/Names.h"
+#include "OrvaneCore/Support/Paths.h"
 
 namespace orvane {
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\n\v\f\r";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
 
 std::string lastPathComponent(std::string_view path) {
     const std::size_t last = path.find_last_not_of('/');
