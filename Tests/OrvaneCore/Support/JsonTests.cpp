@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "OrvaneCore/Support/JSONObject.h"
+#include "Support/Table.h"
 
 namespace orvane {
 
@@ -72,13 +73,10 @@ TEST(JsonTest, numbersReadBackEqual) {
 }
 
 TEST(JsonTest, refusesWhatIsMalformedOrTooDeep) {
-    const std::vector<std::string> malformed = {"",           "{",           "[1,]",
-                                                "{\"a\":1,}", "{} {}",       "{}x",
-                                                "nul",        "'a'",         "01",
-                                                "\"\n\"",     "\"\\ud800\"", "\"\xFF\"",
-                                                "// c\n1",    "NaN",         nested(Json::maximumDepth + 1)};
-    for (const std::string& text : malformed)
-        EXPECT_FALSE(Json::parse(text)) << text.substr(0, 20);
+    for (const char* text : {"", "{", "[1,]", "{\"a\":1,}", "{} {}", "{}x", "nul", "'a'", "01", "\"\n\"", "\"\\ud800\"",
+                             "\"\xFF\"", "// c\n1", "NaN"})
+        EXPECT_FALSE(Json::parse(text)) << text;
+    EXPECT_FALSE(Json::parse(nested(Json::maximumDepth + 1)));
     const auto deepest = Json::parse(nested(Json::maximumDepth));
     ASSERT_TRUE(deepest);
     EXPECT_EQ(Json::write(*deepest), nested(Json::maximumDepth));
@@ -91,50 +89,36 @@ TEST(JSONObjectTest, takesDefaultsForWhatIsMissingOrOfAnotherType) {
         "unsigned": 18446744073709551615, "text": "vertical", "id": "0123ABCD-89EF-4A6B-8C7D-FEDCBA987654",
         "date": "1970-01-01T00:01:00Z", "list": ["a", 1, null, "b"], "object": {"x": 1}})");
     const JSONObject object(value);
-    struct Case {
-        std::string key;
-        std::string string = "-";
-        bool boolean = false;
-        std::int64_t integer = -1;
-        double number = -1;
-        std::optional<double> date = {};
-        std::size_t elements = 0;
-        std::vector<std::string> strings = {};
-    };
-    const std::vector<Case> cases = {
-        {.key = "missing"},
-        {.key = "null"},
-        {.key = "bool", .boolean = true},
-        {.key = "whole", .integer = 3, .number = 3, .date = 3},
-        {.key = "wholeReal", .integer = 4, .number = 4, .date = 4},
-        {.key = "real", .number = 2.5, .date = 2.5},
-        {.key = "huge", .number = 1e300, .date = 1e300},
-        {.key = "unsigned", .number = 18446744073709551615.0, .date = 18446744073709551615.0},
-        {.key = "text", .string = "vertical"},
-        {.key = "id", .string = "0123ABCD-89EF-4A6B-8C7D-FEDCBA987654"},
-        {.key = "date", .string = "1970-01-01T00:01:00Z", .date = 60},
-        {.key = "list", .elements = 4, .strings = {"a", "b"}},
-        {.key = "object"}};
-    for (const auto& [key, string, boolean, integer, number, date, elements, strings] : cases) {
+    // Which readers take it: string, raw value, id, boolean, whole number, number, date, array, object.
+    for (const auto& [key, readers] : table<2>(R"(
+        missing | ; null | ; bool | b ; whole | wnd ; wholeReal | wnd ; real | nd ; huge | nd ; unsigned | nd
+        text | sr ; id | si ; date | sd ; list | a ; object | o)")) {
+        const auto takes = [&readers](char reader) { return readers.contains(reader); };
         SCOPED_TRACE(key);
-        EXPECT_EQ(object.string(key, "-"), string);
-        EXPECT_EQ(object.boolean(key), boolean);
-        EXPECT_EQ(object.integer(key, -1), integer);
-        EXPECT_EQ(object.number(key, -1), number);
-        EXPECT_EQ(object.date(key), date ? std::optional(Date{*date}) : std::nullopt);
-        EXPECT_EQ(object.array(key).size(), elements);
-        EXPECT_EQ(object.strings(key), strings);
-        EXPECT_EQ(object.uuid(key).has_value(), key == "id");
-        EXPECT_EQ(object.raw<Axis>(key), key == "text" ? std::optional(Axis::vertical) : std::nullopt);
-        EXPECT_EQ(object.object(key).integer("x"), key == "object" ? 1 : 0);
+        EXPECT_EQ(object.string(key, "-") != "-", takes('s'));
+        EXPECT_EQ(object.raw<Axis>(key), takes('r') ? std::optional(Axis::vertical) : std::nullopt);
+        EXPECT_EQ(object.uuid(key).has_value(), takes('i'));
+        EXPECT_EQ(object.boolean(key), takes('b'));
+        EXPECT_EQ(object.integer(key, -1) != -1, takes('w'));
+        EXPECT_EQ(object.number(key, -1) != -1, takes('n'));
+        EXPECT_EQ(object.date(key).has_value(), takes('d'));
+        EXPECT_EQ(object.array(key).size(), takes('a') ? 4U : 0U);
+        EXPECT_EQ(object.strings(key).size(), takes('a') ? 2U : 0U);
+        EXPECT_EQ(object.object(key).integer("x"), takes('o') ? 1 : 0);
         EXPECT_EQ(object.contains(key), key != "missing");
     }
+    EXPECT_EQ(object.string("text"), "vertical");
+    EXPECT_EQ(object.integer("wholeReal"), 4);
+    EXPECT_EQ(object.number("unsigned"), 18446744073709551615.0);
+    EXPECT_EQ(object.date("date"), Date{60});
+    EXPECT_EQ(object.date("real"), Date{2.5});
+    EXPECT_EQ(object.strings("list"), (std::vector<std::string>{"a", "b"}));
     for (const char* text : {"null", "[{\"text\":1}]", "\"text\"", "1"}) {
         EXPECT_FALSE(JSONObject(*Json::parse(text)).contains("text")) << text;
     }
 }
 
-TEST(JSONObjectTest, wholeNumbersKeepTheirRange) {
+TEST(JSONObjectTest, wholeNumbersKeepTheirRangeAndElementsTheirOrder) {
     const std::vector<std::pair<JsonValue, std::optional<std::int64_t>>> cases = {
         {std::uint64_t{5}, 5},  // so held when the value was built here and not read
         {std::uint64_t{1} << 63, {}},
@@ -143,13 +127,8 @@ TEST(JSONObjectTest, wholeNumbersKeepTheirRange) {
         {9223372036854775808.0, {}},
         {std::numeric_limits<double>::infinity(), {}},
         {std::numeric_limits<double>::quiet_NaN(), {}}};
-    for (const auto& [number, expected] : cases) {
-        const JsonValue value{{"n", number}};
-        EXPECT_EQ(JSONObject(value).optionalInteger("n"), expected) << Json::write(value);
-    }
-}
-
-TEST(JSONObjectTest, walksMembersAndElements) {
+    for (const auto& [number, expected] : cases)
+        EXPECT_EQ(JSONObject(JsonValue{{"n", number}}).optionalInteger("n"), expected) << Json::write(number);
     const JsonValue value = *Json::parse(R"({"z": 1, "a": [{"n": 1}, {}, 7, {"n": 2}]})");
     std::string keys;
     JSONObject(value).forEach([&](std::string_view key, const JsonValue&) { keys += key; });

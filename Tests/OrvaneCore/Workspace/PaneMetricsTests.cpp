@@ -2,38 +2,35 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
+#include <sstream>
 
 #include "OrvaneCore/Workspace/PaneDropZone.h"
 #include "OrvaneCore/Workspace/PaneNavigation.h"
-#include "PaneTrees.h"
+#include "Support/PaneTrees.h"
+#include "Support/Table.h"
 
 namespace orvane::testing {
 namespace {
 
-TEST(PaneMetricsTest, sizesRaiseSmallPanesAtTheCostOfTheLargest) {
-    const std::tuple<std::vector<double>, double, double, std::vector<double>> cases[] = {
-        {{}, 100, 400, {}},
-        {{0.5, 0.5}, 100, 400, {50, 50}},
-        {{0.9, 0.1}, 1000, 400, {600, 400}},
-        {{1.0 / 3, 1.0 / 3, 1.0 / 3}, 1000, 140, {333, 333, 334}},
-        {{0.02, 0.49, 0.49}, 1000, 140, {140, 370, 490}},           // the first of two equal givers comes first
-        {{0.05, 0.05, 0.3, 0.6}, 1000, 240, {240, 240, 280, 240}},  // one giver is not enough
-        {{0.5, 0.5}, 0, 140, {0, 0}},
-        {{0.5, 0.5}, 1, 140, {0, 1}},
-        {{0.25, 0.75}, 10.5, 2, {2, 8.5}},
-        {{1, 1}, 100, 0, {100, 0}},  // shares that sum to more than 1 use the room up early
-    };
-    for (const auto& [fractions, available, floor, expected] : cases) {
-        EXPECT_EQ(PaneMetrics::sizes(fractions, available, floor), expected)
-            << ::testing::PrintToString(fractions) << " of " << available << " floor " << floor;
-    }
+std::vector<double> numbers(const std::string& text) {
+    std::istringstream stream(text);
+    return {std::istream_iterator<double>(stream), {}};
 }
 
-TEST(PaneMetricsTest, sizeOfALeafLeavesRoomForDividers) {
+TEST(PaneMetricsTest, sizesRaiseSmallPanesAtTheCostOfTheLargest) {
+    // Shares, then the room and the least size, then the sizes.
+    for (const auto& [shares, room, expected] : table<3>(R"(
+        | 100 400 | ; 0.5 0.5 | 100 400 | 50 50 ; 0.9 0.1 | 1000 400 | 600 400 ; 0.25 0.75 | 10.5 2 | 2 8.5
+        0.333333333333 0.333333333333 0.333333333334 | 1000 140 | 333 333 334
+        # the first of two equal givers comes first; one giver is not enough; shares beyond 1 use the room up early
+        0.02 0.49 0.49 | 1000 140 | 140 370 490 ; 0.05 0.05 0.3 0.6 | 1000 240 | 240 240 280 240
+        1 1 | 100 0 | 100 0 ; 0.5 0.5 | 0 140 | 0 0 ; 0.5 0.5 | 1 140 | 0 1)")) {
+        const auto sizes = PaneMetrics::sizes(numbers(shares), numbers(room)[0], numbers(room)[1]);
+        EXPECT_EQ(sizes, numbers(expected)) << shares << " of " << room;
+    }
     const PaneNode node = tree("h(a,v(b,c))");
     EXPECT_EQ(node.size(leaf('a'), {1001, 601}), (PaneSize{500, 601}));
-    EXPECT_EQ(node.size(leaf('c'), {1001, 601}), (PaneSize{500, 300}));
+    EXPECT_EQ(node.size(leaf('c'), {1001, 601}), (PaneSize{500, 300})) << "a divider takes a point";
     EXPECT_EQ(node.size(leaf('c'), {0, 0}), (PaneSize{0, 0}));
     EXPECT_EQ(node.size(leaf('x'), {1001, 601}), std::nullopt);
     PaneNode mismatched = node;
@@ -42,20 +39,16 @@ TEST(PaneMetricsTest, sizeOfALeafLeavesRoomForDividers) {
 }
 
 TEST(PaneDropZoneTest, findsTheNearestEdgeThatIsOffered) {
-    const PaneSize large{1000, 500};  // bands of 160 and 120
-    const std::tuple<PanePoint, PaneSize, PaneDropZone> cases[] = {
-        {{500, 250}, large, PaneDropZone::center},    {{159, 250}, large, PaneDropZone::leading},
-        {{160, 250}, large, PaneDropZone::center},    {{841, 250}, large, PaneDropZone::trailing},
-        {{500, 119}, large, PaneDropZone::top},       {{500, 381}, large, PaneDropZone::bottom},
-        {{80, 60}, large, PaneDropZone::leading},  // as near to the top
-        {{80, 59}, large, PaneDropZone::top},         {{-5, 250}, large, PaneDropZone::leading},
-        {{1, 250}, {700, 500}, PaneDropZone::center},  // too narrow to halve
-        {{1, 1}, {700, 500}, PaneDropZone::top},      {{1, 1}, {700, 270}, PaneDropZone::center},
-        {{0, 0}, {0, 500}, PaneDropZone::center},
-    };
-    for (const auto& [point, pane, expected] : cases) {
-        const PaneDropZone zone = resolvePaneDropZone(point, pane);
-        EXPECT_EQ(zone, expected) << point.x << "," << point.y << " in " << pane.width << " x " << pane.height;
+    // The point and the pane; the bands of the first are 160 wide and 120 high, the others are too small to halve.
+    for (const auto& [where, expected] : table<2>(R"(
+        500 250 1000 500 | center ; 159 250 1000 500 | leading ; 160 250 1000 500 | center ; 80 60 1000 500 | leading
+        841 250 1000 500 | trailing ; 500 119 1000 500 | top ; 500 381 1000 500 | bottom ; 80 59 1000 500 | top
+        -5 250 1000 500 | leading ; 1 250 700 500 | center ; 1 1 700 500 | top ; 1 1 700 270 | center
+        0 0 0 500 | center)")) {
+        const auto at = numbers(where);
+        const PaneSize pane{at[2], at[3]};
+        const PaneDropZone zone = resolvePaneDropZone({at[0], at[1]}, pane);
+        EXPECT_EQ(rawValue(zone), expected) << where;
         const PaneRect shown = previewRect(zone, pane);
         const bool halved = shown.width * shown.height * 2 == pane.width * pane.height;
         EXPECT_EQ(halved, axis(zone).has_value() || pane.width == 0);
@@ -66,9 +59,8 @@ TEST(PaneDropZoneTest, findsTheNearestEdgeThatIsOffered) {
 TEST(PaneNavigationTest, goesRoundTheEnds) {
     const std::array<int, 4> cases[] = {
         {0, 3, -1, 2}, {2, 3, 1, 0}, {1, 3, -7, 0}, {0, 0, 1, 0}, {2147483647, 2147483647, 2147483647, 0}};
-    for (const auto& [current, count, offset, expected] : cases) {
+    for (const auto& [current, count, offset, expected] : cases)
         EXPECT_EQ(PaneNavigation::neighbourIndex(current, count, offset), expected) << current << " " << offset;
-    }
 }
 
 }  // namespace

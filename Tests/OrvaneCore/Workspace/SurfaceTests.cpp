@@ -1,23 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 #include "OrvaneCore/Workspace/SurfaceList.h"
 #include "OrvaneCore/Workspace/SurfaceTabs.h"
+#include "Support/PaneTrees.h"
+#include "Support/Table.h"
 
-namespace orvane {
+namespace orvane::testing {
 namespace {
-
-Uuid tabID(char name) {
-    std::array<std::uint8_t, 16> bytes{};
-    bytes[15] = static_cast<std::uint8_t>(name);
-    return Uuid(bytes);
-}
 
 std::vector<SurfaceMeta> strip(std::string_view names) {
     std::vector<SurfaceMeta> metas;
     for (const char name : names)
-        metas.push_back({.id = tabID(name), .title = std::string(1, name)});
+        metas.push_back({.id = content(name), .title = std::string(1, name)});
     return metas;
 }
 
@@ -31,33 +25,32 @@ std::string text(const SurfaceSelection& selection) {
     return result;
 }
 
-TEST(SurfaceListTest, closing) {
-    const std::tuple<const char*, char, char, const char*> cases[] = {
-        {"abc", 'b', 'b', "a[c]"}, {"abc", 'c', 'c', "a[b]"},  {"abc", 'a', 'c', "b[c]"},
-        {"a", 'a', 'a', ""},       {"abc", 'x', 'b', "a[b]c"},
-    };
-    for (const auto& [names, closed, active, expected] : cases) {
-        const auto result = SurfaceList::closing(tabID(closed), strip(names), tabID(active));
+TEST(SurfaceListTest, closesMovesAndFindsTabs) {
+    for (const auto& [names, closed, active, expected] :
+         table<4>("abc|b|b|a[c]; abc|c|c|a[b]; abc|a|c|b[c]; a|a|a|; abc|x|b|a[b]c")) {
+        const auto result = SurfaceList::closing(content(closed[0]), strip(names), content(active[0]));
         EXPECT_EQ(text(result), expected) << names << " without " << closed;
         EXPECT_EQ(result.active.has_value(), !result.metas.empty()) << names;
     }
-}
-
-TEST(SurfaceListTest, moving) {
-    const std::tuple<char, std::optional<Uuid>, const char*> cases[] = {
-        {'c', tabID('a'), "cabd"}, {'a', tabID('d'), "bcad"}, {'b', std::nullopt, "acdb"}, {'d', std::nullopt, "abcd"},
-        {'b', tabID('b'), "abcd"}, {'b', tabID('x'), "abcd"}, {'x', tabID('b'), "abcd"},
-    };
-    for (const auto& [moved, before, expected] : cases) {
-        EXPECT_EQ(text({SurfaceList::moving(tabID(moved), before, strip("abcd")), {}}), expected) << moved;
+    for (const auto& [moved, before, expected] :
+         table<3>("c|a|cabd; a|d|bcad; b||acdb; d||abcd; b|b|abcd; b|x|abcd; x|b|abcd")) {
+        const auto place = before.empty() ? std::nullopt : std::optional(content(before[0]));
+        EXPECT_EQ(text({SurfaceList::moving(content(moved[0]), place, strip("abcd")), {}}), expected) << moved;
     }
+    const auto metas = strip("abc");
+    for (const auto& [place, found] : {std::pair(1, 'a'), {3, 'c'}, {-1, '-'}, {0, '-'}, {4, '-'}})
+        EXPECT_EQ(SurfaceList::at(place, metas), found == '-' ? std::nullopt : std::optional(content(found))) << place;
+    EXPECT_EQ(SurfaceList::neighbour(content('c'), metas, 1), content('a'));
+    EXPECT_EQ(SurfaceList::neighbour(content('a'), metas, -1), content('c'));
+    EXPECT_EQ(SurfaceList::neighbour(content('x'), metas, 1), std::nullopt);
+    EXPECT_EQ(SurfaceList::neighbour(content('a'), {}, 1), std::nullopt);
 }
 
 TEST(SurfaceListTest, filesOpenAsOnePreviewUntilTheyArePinned) {
     using enum SurfaceList::Pin;
     auto state = SurfaceList::opening("/p/one", "1", strip("ab"), no);
     EXPECT_EQ(text(state), "ab[1*]");
-    state.metas.push_back({.id = tabID('c'), .title = "c"});
+    state.metas.push_back({.id = content('c'), .title = "c"});
     state = SurfaceList::opening("/p/two", "2", state.metas, no);
     EXPECT_EQ(text(state), "ab[2*]c");
     const auto again = SurfaceList::opening("/p/two", "other", state.metas, no);
@@ -72,44 +65,24 @@ TEST(SurfaceListTest, filesOpenAsOnePreviewUntilTheyArePinned) {
     EXPECT_EQ(text(state), "ab2c3*[4]") << "a pinned file replaces no preview";
 }
 
-TEST(SurfaceListTest, findsByPlace) {
-    const auto metas = strip("abc");
-    EXPECT_EQ(SurfaceList::at(1, metas), tabID('a'));
-    EXPECT_EQ(SurfaceList::at(3, metas), tabID('c'));
-    for (const int outside : {-1, 0, 4})
-        EXPECT_EQ(SurfaceList::at(outside, metas), std::nullopt) << outside;
-    EXPECT_EQ(SurfaceList::neighbour(tabID('c'), metas, 1), tabID('a'));
-    EXPECT_EQ(SurfaceList::neighbour(tabID('a'), metas, -1), tabID('c'));
-    EXPECT_EQ(SurfaceList::neighbour(tabID('x'), metas, 1), std::nullopt);
-    EXPECT_EQ(SurfaceList::neighbour(tabID('a'), {}, 1), std::nullopt);
-}
-
-TEST(SurfaceTabsTest, shareTheStrip) {
-    const std::tuple<int, double, double, int> cases[] = {
-        {0, 500, 220, 0}, {1, 500, 220, 1}, {3, 500, 496.0 / 3, 3}, {3, 292, 96, 3},    {3, 291.9, 96, 2},
-        {3, 200, 96, 2},  {3, 10, 96, 1},   {3, -1e300, 96, 1},     {9, 1e300, 220, 9},
-    };
-    for (const auto& [count, available, width, visible] : cases) {
-        EXPECT_DOUBLE_EQ(SurfaceTabs::width(count, available), width) << count << " in " << available;
-        EXPECT_EQ(SurfaceTabs::visibleCount(count, available), visible) << count << " in " << available;
+TEST(SurfaceTabsTest, shareTheStripAndHaveTitles) {
+    for (const auto& [count, room, width, visible] : table<4>(R"(
+        0 | 500 | 220 | 0 ; 1 | 500 | 220 | 1 ; 3 | 500 | 165.33333333333334 | 3 ; 3 | 292 | 96 | 3 ; 3 | 291.9 | 96 | 2
+        3 | 200 | 96 | 2 ; 3 | 10 | 96 | 1 ; 3 | -1e300 | 96 | 1 ; 9 | 1e300 | 220 | 9)")) {
+        EXPECT_DOUBLE_EQ(SurfaceTabs::width(std::stoi(count), std::stod(room)), std::stod(width)) << count << room;
+        EXPECT_EQ(SurfaceTabs::visibleCount(std::stoi(count), std::stod(room)), std::stoi(visible)) << count << room;
     }
     EXPECT_EQ(text({SurfaceTabs::overflow(strip("abcd"), 200), {}}), "cd");
     EXPECT_EQ(text({SurfaceTabs::overflow({}, 200), {}}), "");
-}
-
-TEST(SurfaceTabsTest, titles) {
-    const std::array<const char*, 3> cases[] = {
-        {" own \n", "/a/b", "own"},   {" \t\n", "/a/b.cpp", "b.cpp"}, {"", "/a/b/", "b"},
-        {"", "3F2504E0", "fallback"}, {"", nullptr, "fallback"},
-    };
-    for (const auto& [given, payload, expected] : cases) {
-        const auto path = payload == nullptr ? std::nullopt : std::optional<std::string>(payload);
+    for (const auto& [given, payload, expected] :
+         table<3>("\t own \t|/a/b|own; \t|/a/b.cpp|b.cpp; |/a/b/|b; |3F2504E0|fallback; ||fallback")) {
+        const auto path = payload.empty() ? std::nullopt : std::optional(payload);
         EXPECT_EQ(SurfaceTabs::title(given, path, "fallback"), expected) << '"' << given << '"';
     }
 }
 
 TEST(SurfaceMetaTest, keepsTheNewestOfAChatsPast) {
-    SurfaceMeta meta{.id = tabID('a'), .kind = SurfaceKind::chat};
+    SurfaceMeta meta{.id = content('a'), .kind = SurfaceKind::chat};
     for (int turn = 0; turn < 50; ++turn) {
         const std::string number = std::to_string(turn);
         const Date at{turn * 1.0};
@@ -126,13 +99,11 @@ TEST(SurfaceMetaTest, keepsTheNewestOfAChatsPast) {
     EXPECT_EQ(meta.appendingModelMark({Date{60}, "49", "10"}).chatModelMarks.back().to, "10")
         << "only the last mark counts";
     EXPECT_EQ(SurfaceMeta::decode(meta.encode()), meta);
-}
 
-TEST(SurfaceMetaTest, renamingEndsTheAutomaticTitle) {
-    const SurfaceMeta meta{.id = tabID('a'), .title = "old", .isAutoTitle = true};
+    meta = {.id = content('a'), .title = "old", .isAutoTitle = true};
     EXPECT_EQ(meta.renamed(" \n"), meta);
-    EXPECT_EQ(meta.renamed(" new "), (SurfaceMeta{.id = tabID('a'), .title = "new", .isAutoTitle = false}));
+    EXPECT_EQ(meta.renamed(" new "), (SurfaceMeta{.id = content('a'), .title = "new", .isAutoTitle = false}));
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::testing
