@@ -6,7 +6,7 @@
 #include "Platform/LineServer.h"
 #include "Platform/ManualMainLoop.h"
 #include "Platform/UnixSocket.h"
-#include "TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 using namespace orvane;
 using fuzzing::require;
@@ -39,8 +39,8 @@ void receive(int client, std::string& replies) {
 
 /// The first byte says into what pieces the client cuts the rest.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const fuzzing::TemporaryFolder folder;
-    static const std::string path = folder.path() + "/socket";
+    static const TemporaryFolder folder;
+    static const std::string path = folder.path("socket");
     if (size == 0) return 0;
     ManualMainLoop loop;
     LineServer server(loop,

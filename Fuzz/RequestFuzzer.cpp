@@ -4,7 +4,7 @@
 #include "OrvaneCore/Support/JSONObject.h"
 #include "OrvaneShell/Host/RequestRouter.h"
 #include "Platform/ManualMainLoop.h"
-#include "TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 using namespace orvane;
 using fuzzing::require;
@@ -52,12 +52,12 @@ std::string withIDs(std::string_view line, const WorkspaceModel& workspace) {
 
 /// A host's requests, one a line. Its folder is missing, so every write fails at once: nothing waits for a disk.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const fuzzing::TemporaryFolder folder;
+    static const TemporaryFolder folder;
     static ManualMainLoop loop;
     static BackgroundPool pool(1);
     SerialQueue queue(pool);
-    PreferencesStore preferences(loop, queue, folder.path() + "/missing/preferences.json", [](const SystemError&) {});
-    StateFile stateFile(loop, queue, folder.path() + "/missing/state.json", [](const SystemError&) {});
+    PreferencesStore preferences(loop, queue, folder.path("missing/preferences.json"), [](const SystemError&) {});
+    StateFile stateFile(loop, queue, folder.path("missing/state.json"), [](const SystemError&) {});
     const auto store = std::make_shared<AppStore>(AppStore::Services{
         .loop = loop, .pool = pool, .preferences = preferences, .stateFile = stateFile, .l10n = L10n()});
     store->load();

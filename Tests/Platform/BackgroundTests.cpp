@@ -34,22 +34,13 @@ TEST(BackgroundPool, FinishesEverythingBeforeItGoesWithSignalsBlocked) {
     sigset_t ours;
     pthread_sigmask(SIG_BLOCK, nullptr, &ours);
     EXPECT_EQ(sigismember(&ours, SIGTERM), 0);
-}
 
-TEST(BackgroundPool, RunsAsManyTasksAtOnceAsItHasThreads) {
     BackgroundPool pool(4);
-    std::latch together(4);
+    std::latch together(5);  // reached only when the pool runs four tasks at once
     for (int index = 0; index < 4; ++index)
         pool.submit([&] { together.arrive_and_wait(); });
-    together.wait();
+    together.arrive_and_wait();
 }
-
-/// Notes on which thread it is destroyed.
-struct Witness {
-    std::thread::id* destroyedOn;
-    explicit Witness(std::thread::id* where) : destroyedOn(where) {}
-    ~Witness() { *destroyedOn = std::this_thread::get_id(); }
-};
 
 TEST(BackgroundPool, BringsResultsToTheLoopAndReportsExceptions) {
     ManualMainLoop loop;
@@ -65,10 +56,11 @@ TEST(BackgroundPool, BringsResultsToTheLoopAndReportsExceptions) {
 
     bool wasDone = false;
     std::thread::id destroyedOn;
+    const auto note = [&](void*) { destroyedOn = std::this_thread::get_id(); };
     testing::internal::CaptureStderr();
     runInBackground(
         pool, loop, []() -> int { throw std::runtime_error("the reason"); },
-        [&wasDone, witness = std::make_unique<Witness>(&destroyedOn)](int) { wasDone = true; });
+        [&wasDone, witness = std::shared_ptr<void>(nullptr, note)](int) { wasDone = true; });
     EXPECT_TRUE(loop.runUntil([&] { return destroyedOn != std::thread::id(); }));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "orvane: a background task failed: the reason\n");
     EXPECT_FALSE(wasDone);
@@ -118,7 +110,7 @@ TEST(SerialQueue, FlushNeedsNoFreeThread) {
     release.count_down();
 }
 
-struct WriterFixture : testing::Test {
+struct WholeFileWriterTest : testing::Test {
     TemporaryFolder folder;
     ManualMainLoop loop;
     BackgroundPool pool{1};
@@ -129,7 +121,6 @@ struct WriterFixture : testing::Test {
         return [this](const SystemError& error) { errors.push_back(error.message()); };
     }
 };
-using WholeFileWriterTest = WriterFixture;
 
 TEST_F(WholeFileWriterTest, WritesTheNewestOnFlushAndAtItsEnd) {
     WholeFileWriter writer(loop, queue, folder.path("file"), note());

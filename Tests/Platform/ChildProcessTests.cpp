@@ -6,10 +6,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "Platform/AsioMainLoop.h"
 #include "Platform/FileDescriptor.h"
-#include "Platform/ManualMainLoop.h"
 #include "Platform/ProgramLookup.h"
+#include "Support/RunUntil.h"
 #include "Support/TemporaryFolder.h"
 
 namespace orvane {
@@ -72,12 +71,18 @@ TEST_F(ChildProcessTest, DeliversBothStreamsAndThenTheExit) {
     EXPECT_EQ(waitpid(child->pid(), nullptr, WNOHANG), -1);  // reaped
 }
 
-TEST_F(ChildProcessTest, DeliversWhatIsQueuedWhenTheEndIsSeenFirst) {
+TEST_F(ChildProcessTest, DeliversWhatIsQueuedWhenTheEndIsSeenFirstAndMergesErrorsInOrder) {
     shell("head -c 60000 /dev/zero; printf problem >&2");
     siginfo_t info{};
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(child->pid()), &info, WEXITED | WNOWAIT), 0);
     finish();
     EXPECT_EQ(bytesAtExit, 60'007U);
+
+    status.reset();
+    output.clear();
+    shell("echo a; echo b >&2; echo c", {.errorOutput = ChildProcess::ErrorOutput::intoOutput});
+    finish();
+    EXPECT_EQ(output, "a\nb\nc\n");
 }
 
 TEST_F(ChildProcessTest, EchoesALargeInput) {
@@ -117,10 +122,12 @@ TEST_F(ChildProcessTest, BoundsTheInputAndSurvivesAClosedOne) {
 TEST_F(ChildProcessTest, SaysWhyItCannotStart) {
     const TemporaryFolder folder;
     const std::string plain = folder.write("plain", "text");
-    EXPECT_EQ(failure({.arguments = {"/none/tool"}}), "start /none/tool: No such file or directory");
-    EXPECT_EQ(failure({.arguments = {plain}}), "start " + plain + ": Permission denied");
-    EXPECT_EQ(failure({.arguments = {folder.path()}}), "start " + folder.path() + ": Permission denied");
-    EXPECT_EQ(failure({.arguments = {"orvane-no-such-tool"}}), "start orvane-no-such-tool: No such file or directory");
+    const std::pair<std::string, const char*> programs[] = {{"/none/tool", "No such file or directory"},
+                                                            {plain, "Permission denied"},
+                                                            {folder.path(), "Permission denied"},
+                                                            {"orvane-no-such-tool", "No such file or directory"}};
+    for (const auto& [program, reason] : programs)
+        EXPECT_EQ(failure({.arguments = {program}}), "start " + program + ": " + reason);
     EXPECT_EQ(failure({.arguments = {"plain"}, .environment = {{{"PATH", folder.path()}}}}),
               "start plain: Permission denied");
     EXPECT_EQ(failure({.arguments = {"/bin/true"}, .workingDirectory = "/none"}),
@@ -180,12 +187,6 @@ TEST_F(ChildProcessTest, CopesWithIgnoredChildrenAndClosedStandardDescriptors) {
     signal(SIGCHLD, childHandler);
 }
 
-TEST_F(ChildProcessTest, MergesErrorsIntoTheOutputInOrder) {
-    shell("echo a; echo b >&2; echo c", {.errorOutput = ChildProcess::ErrorOutput::intoOutput});
-    finish();
-    EXPECT_EQ(output, "a\nb\nc\n");
-}
-
 TEST_F(ChildProcessTest, AGrandchildThatHoldsThePipesDelaysNothing) {
     for (const auto* grandchild : {"sleep 1000 &", "yes & yes >&2 &"}) {
         output.clear();
@@ -233,23 +234,18 @@ TEST_F(ChildProcessTest, MayBeDestroyedAtAnyTimeAndLeavesNoZombie) {
 
     // Inside its own callbacks: nothing more is told after that.
     for (const bool isInExit : {false, true}) {
-        pid_t pid = 0;
-        int calls = 0;
-        const auto destroy = [&](bool when) {
-            if (!when) return;
-            ++calls;
-            child.reset();
+        std::string calls;
+        const auto called = [&](char which) {
+            calls += which;
+            if (isInExit == (which == 'e')) child.reset();
         };
-        child = ChildProcess::start(loop, {.arguments = {"/bin/echo", "x"}},
-                                    {.onOutput = [&](std::string_view) { destroy(!isInExit); },
-                                     .onExit =
-                                         [&](ExitStatus) {
-                                             EXPECT_TRUE(isInExit);
-                                             destroy(true);
-                                         }})
+        child = ChildProcess::start(
+                    loop, {.arguments = {"/bin/echo", "x"}},
+                    {.onOutput = [&](std::string_view) { called('o'); }, .onExit = [&](ExitStatus) { called('e'); }})
                     .value();
-        pid = child->pid();
-        ASSERT_TRUE(loop.runUntil([&] { return calls == 1 && kill(pid, 0) != 0; })) << isInExit;
+        const pid_t pid = child->pid();
+        ASSERT_TRUE(loop.runUntil([&] { return !child && kill(pid, 0) != 0; })) << isInExit;
+        EXPECT_EQ(calls, isInExit ? "oe" : "o");
     }
 }
 
@@ -257,29 +253,20 @@ TEST(ChildProcess, WorksOnTheRealLoop) {
     AsioMainLoop loop;
     std::string output;
     std::optional<ExitStatus> status;
-    auto child = ChildProcess::start(loop, {.arguments = {"cat"}, .input = ChildProcess::Input::pipe},
+    const Options cat{.arguments = {"cat"}, .input = ChildProcess::Input::pipe};
+    auto child = ChildProcess::start(loop, cat,
                                      {.onOutput = [&](std::string_view bytes) { output += bytes; },
-                                      .onExit =
-                                          [&](ExitStatus told) {
-                                              status = told;
-                                              loop.stop();
-                                          }})
+                                      .onExit = [&](ExitStatus told) { status = told; }})
                      .value();
     ASSERT_TRUE(child->write(std::string(2'000'000, 'x')));
     child->closeInput();
-    const auto limit = loop.after(std::chrono::seconds(20), [&] { loop.stop(); });
-    loop.run();
-    EXPECT_EQ(status, (ExitStatus{Exited{0}}));
+    EXPECT_TRUE(runUntil(loop, [&] { return status == ExitStatus{Exited{0}}; }));
     EXPECT_EQ(output.size(), 2'000'000U);
 
-    child = ChildProcess::start(loop, {.arguments = {"cat"}, .input = ChildProcess::Input::pipe}, {}).value();
+    child = ChildProcess::start(loop, cat, {}).value();
     const pid_t pid = child->pid();
     child.reset();
-    const auto check = loop.every(std::chrono::milliseconds(1), {}, [&] {
-        if (kill(pid, 0) != 0) loop.stop();
-    });
-    loop.run();
-    EXPECT_NE(kill(pid, 0), 0);
+    EXPECT_TRUE(runUntil(loop, [&] { return kill(pid, 0) != 0; })) << "a zombie stays";
 }
 
 }  // namespace

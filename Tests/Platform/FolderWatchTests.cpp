@@ -23,6 +23,7 @@ struct FolderWatchTest : testing::Test {
 
     void SetUp() override {
         std::filesystem::create_directory(path);
+        told.clear();
         watch = FolderWatch::create(loop, path, [this](Change change) { told.push_back(change); }).value();
     }
 
@@ -69,9 +70,7 @@ TEST_F(FolderWatchTest, TellsWhenTheFolderGoesAndThenNoMore) {
         loop.advance(10s);
         EXPECT_EQ(told.size(), 1U) << how;
         std::filesystem::remove_all(path);
-        std::filesystem::create_directory(path);
-        told.clear();
-        watch = FolderWatch::create(loop, path, [this](Change change) { told.push_back(change); }).value();
+        SetUp();
     };
     std::filesystem::remove(path);
     expectGone("removed");

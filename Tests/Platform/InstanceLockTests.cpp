@@ -4,31 +4,18 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "Platform/Folders.h"
+#include "Support/TemporaryFolder.h"
 
 namespace orvane {
 namespace {
 
 namespace fs = std::filesystem;
 
-class InstanceLockTest : public testing::Test {
- protected:
-    InstanceLockTest() {
-        std::string folder = testing::TempDir() + "orvane-lock-XXXXXX";
-        EXPECT_NE(mkdtemp(folder.data()), nullptr);
-        folder_ = folder;
-    }
-    ~InstanceLockTest() override { fs::remove_all(folder_); }
-
-    fs::path folder_;
-};
-
-TEST_F(InstanceLockTest, OneHolderWhomOthersCanFindUntilItDies) {
+TEST(InstanceLockTest, OneHolderWhomOthersCanFindUntilItDies) {
     using State = InstanceLock::State;
-    const std::string path = folder_ / "host.lock";
+    const TemporaryFolder folder;
+    const std::string path = folder.path("host.lock");
     EXPECT_EQ(InstanceLock::observe(path).state, State::free);
 
     int wake[2];
@@ -69,22 +56,21 @@ TEST_F(InstanceLockTest, OneHolderWhomOthersCanFindUntilItDies) {
     EXPECT_EQ(fs::file_size(path), 0U);
     for (const int end : {wake[0], wake[1], ready[0], ready[1]})
         close(end);
+
+    EXPECT_FALSE(InstanceLock::acquire(folder.path("missing/host.lock")).has_value());
+    fs::create_symlink(folder.path("elsewhere"), folder.path("link"));
+    EXPECT_FALSE(InstanceLock::acquire(folder.path("link")).has_value());
+    EXPECT_FALSE(fs::exists(folder.path("elsewhere")));
 }
 
-TEST_F(InstanceLockTest, FaultsAreErrorsAndNotLocks) {
-    EXPECT_FALSE(InstanceLock::acquire(folder_ / "missing/host.lock").has_value());
-    fs::create_symlink(folder_ / "elsewhere", folder_ / "link");
-    EXPECT_FALSE(InstanceLock::acquire(folder_ / "link").has_value());
-    EXPECT_FALSE(fs::exists(folder_ / "elsewhere"));
-}
-
-TEST_F(InstanceLockTest, FoldersFollowTheEnvironmentAndPrivateOnesAreChecked) {
+TEST(InstanceLockTest, FoldersFollowTheEnvironmentAndPrivateOnesAreChecked) {
     EXPECT_EQ(Folders::applicationSupport({{"HOME", "/home/ann/"}}), "/home/ann/.local/share/Orvane");
     EXPECT_EQ(Folders::applicationSupport({{"HOME", "/home/ann"}, {"XDG_DATA_HOME", "relative"}}),
               "/home/ann/.local/share/Orvane");
     EXPECT_EQ(Folders::preferencesFile({{"HOME", "/h"}, {"XDG_CONFIG_HOME", "/c/"}}), "/c/Orvane/preferences.json");
 
-    const std::string base = folder_;
+    const TemporaryFolder folder;
+    const std::string base = folder.path();
     Environment environment{{"XDG_RUNTIME_DIR", base + "/gone"}, {"TMPDIR", base}};
     const std::string fallback = base + "/orvane-" + std::to_string(geteuid());
     EXPECT_EQ(Folders::runtime(environment), fallback);
@@ -109,7 +95,7 @@ TEST_F(InstanceLockTest, FoldersFollowTheEnvironmentAndPrivateOnesAreChecked) {
     fs::create_symlink(base + "/theirs", fallback);
     EXPECT_FALSE(Folders::temporary(environment).has_value());
     fs::remove(fallback);
-    std::ofstream(fallback) << "a file";
+    folder.write(fs::path(fallback).filename(), "a file");
     EXPECT_FALSE(Folders::temporary(environment).has_value());
 }
 

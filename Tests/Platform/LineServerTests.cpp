@@ -7,6 +7,7 @@
 #include "Platform/LineClient.h"
 #include "Platform/ManualMainLoop.h"
 #include "Platform/UnixSocket.h"
+#include "Support/TemporaryFolder.h"
 
 namespace orvane {
 namespace {
@@ -16,16 +17,7 @@ using namespace std::chrono_literals;
 /// A server that answers every line with "<" + line + ">", holds back the answer to "hold" and streams for "stream".
 class LineServerTest : public testing::Test {
  protected:
-    LineServerTest() {
-        std::string folder = testing::TempDir() + "orvane-line-XXXXXX";
-        EXPECT_NE(mkdtemp(folder.data()), nullptr);
-        path_ = folder + "/socket";
-        server_.serve(std::move(*UnixSocket::listenAt(path_)));
-    }
-    ~LineServerTest() override {
-        unlink(path_.c_str());
-        rmdir(path_.substr(0, path_.rfind('/')).c_str());
-    }
+    LineServerTest() { server_.serve(std::move(*UnixSocket::listenAt(path_))); }
 
     /// A connected client whose reads do not block; the test serves the loop in between.
     FileDescriptor connect() {
@@ -73,7 +65,8 @@ class LineServerTest : public testing::Test {
     }
 
     ManualMainLoop loop_;
-    std::string path_;
+    TemporaryFolder folder_;
+    std::string path_ = folder_.path("socket");
     std::shared_ptr<LineServer::Connection> held_;
     int closed_ = 0;
     LineServer server_{
@@ -97,12 +90,11 @@ class LineServerTest : public testing::Test {
 
 TEST_F(LineServerTest, AnswersRequestsInOrderHoweverTheBytesArrive) {
     const auto client = connect();
-    for (const char byte : std::string("one\ntwo\r\n\n"))
+    std::string many = "two\r\n\n";
+    std::string answers = "<two>\n<>\n";
+    for (const char byte : many)
         sendAll(client, {&byte, 1});
-    EXPECT_TRUE(receives(client, "<one>\n<two>\n<>\n"));
-
-    std::string many;
-    std::string answers;
+    EXPECT_TRUE(receives(client, answers));
     for (int index = 0; index < 5000; ++index) {
         many += std::to_string(index) + '\n';
         answers += '<' + std::to_string(index) + ">\n";
@@ -180,17 +172,15 @@ TEST_F(LineServerTest, DropsClientsThatKeepItWaiting) {
 }
 
 TEST_F(LineServerTest, RefusesTooManyClientsAndTellsWhenOneLeaves) {
-    const auto first = connect();
+    auto first = connect();
     const auto second = connect();
     const auto third = connect();
     const auto fourth = connect();
     EXPECT_TRUE(receives(fourth, "fault 2\n"));
     EXPECT_TRUE(isClosed(fourth));
-    {
-        const auto gone = std::move(const_cast<FileDescriptor&>(first));
-        sendAll(gone, "ok\n");
-        EXPECT_TRUE(receives(gone, "<ok>\n"));
-    }
+    sendAll(first, "ok\n");
+    EXPECT_TRUE(receives(first, "<ok>\n"));
+    first.close();
     EXPECT_TRUE(loop_.runUntil([&] { return closed_ == 1 && server_.connectionCount() == 2; }));
 }
 

@@ -6,9 +6,8 @@
 #include <array>
 #include <thread>
 
-#include "Platform/AsioMainLoop.h"
 #include "Platform/FileDescriptor.h"
-#include "Platform/ManualMainLoop.h"
+#include "Support/RunUntil.h"
 
 namespace orvane {
 namespace {
@@ -93,9 +92,14 @@ TEST(TimerQueue, SurvivesTimersThatRemoveEachOtherAndThemselves) {
     EXPECT_EQ(log, "134");
 }
 
-/// The same promises, kept by both loops: `serve` runs the loop until the condition holds.
-template <typename Serve>
-void checkDescriptors(MainLoop& loop, Serve serve) {
+template <typename Loop>
+class MainLoopTest : public testing::Test {};
+using Loops = testing::Types<ManualMainLoop, AsioMainLoop>;
+TYPED_TEST_SUITE(MainLoopTest, Loops);
+
+TYPED_TEST(MainLoopTest, TellsReadyDescriptors) {
+    TypeParam loop;
+    const auto serve = [&](const std::function<bool()>& condition) { ASSERT_TRUE(runUntil(loop, condition)); };
     Pipe in;
     std::string read;
     Registration reading = loop.watch(in.readEnd.number(), Readiness::readable, [&] {
@@ -126,58 +130,26 @@ void checkDescriptors(MainLoop& loop, Serve serve) {
     serve([&] { return ended; });
 }
 
-TEST(MainLoop, ManualLoopTellsReadyDescriptors) {
-    ManualMainLoop loop;
-    checkDescriptors(loop, [&](const std::function<bool()>& condition) { ASSERT_TRUE(loop.runUntil(condition)); });
-}
-
-TEST(MainLoop, RealLoopTellsReadyDescriptors) {
-    AsioMainLoop loop;
-    checkDescriptors(loop, [&](const std::function<bool()>& condition) {
-        auto poll = loop.every(1ms, {}, [&] {
-            if (condition()) loop.stop();
-        });
-        auto limit = loop.after(20s, [&] { loop.stop(); });
-        loop.run();
-        ASSERT_TRUE(condition());
-    });
-}
-
 TEST(MainLoop, ReadAndWriteWatchesOfOneDescriptorAreIndependent) {
     AsioMainLoop loop;
-    std::array<int, 2> ends{};
-    ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK), 0);
-    const FileDescriptor readEnd(ends[0]);
-    const FileDescriptor writeEnd(ends[1]);
+    const Pipe pipe;
     int told = 0;
-    Registration second;
-    Registration first = loop.watch(writeEnd.number(), Readiness::writable, [&] { first.reset(); });
-    second = loop.watch(writeEnd.number(), Readiness::writable, [&] {
-        if (!first && ++told == 3) loop.stop();
-    });
-    auto limit = loop.after(20s, [&] { loop.stop(); });
-    loop.run();
-    EXPECT_EQ(told, 3);
+    Registration first = loop.watch(pipe.writeEnd.number(), Readiness::writable, [&] { first.reset(); });
+    const auto second = loop.watch(pipe.writeEnd.number(), Readiness::writable, [&] { told += first ? 0 : 1; });
+    EXPECT_TRUE(runUntil(loop, [&] { return told >= 3; }));
 }
 
 TEST(MainLoop, RealLoopRunsPostsFromOtherThreadsInOrderAndTimers) {
     AsioMainLoop loop;
     std::vector<int> order;
-    int ended = 0;  // the posts and the timer, in either order
-    const auto end = [&] {
-        if (++ended == 2) loop.stop();
-    };
-    std::jthread poster([&] {
+    bool fired = false;
+    const std::jthread poster([&] {
         for (int index = 0; index < 1000; ++index)
             loop.post([&, index] { order.push_back(index); });
-        loop.post(end);
     });
-    auto timer = loop.after(0ms, end);
-    auto limit = loop.after(20s, [&] { loop.stop(); });
-    loop.run();
-    EXPECT_EQ(ended, 2);
-    ASSERT_EQ(order.size(), 1000U);
-    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+    const auto timer = loop.after(0ms, [&] { fired = true; });
+    EXPECT_TRUE(runUntil(loop, [&] { return fired && order.size() == 1000; }));
+    EXPECT_TRUE(std::ranges::is_sorted(order));
 }
 
 TEST(MainLoop, RegistrationsMayOutliveTheirLoop) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
 #include <stdlib.h>
 
 #include <algorithm>
@@ -8,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace orvane {
@@ -17,7 +17,7 @@ class TemporaryFolder {
  public:
     TemporaryFolder() {
         path_ = (std::filesystem::temp_directory_path() / "orvane-test-XXXXXX").string();
-        if (mkdtemp(path_.data()) == nullptr) ADD_FAILURE() << "mkdtemp " << path_;
+        if (mkdtemp(path_.data()) == nullptr) throw std::system_error(errno, std::system_category(), path_);
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
