@@ -48,21 +48,15 @@ TEST(SurfaceListTest, closesMovesAndFindsTabs) {
 
 TEST(SurfaceListTest, filesOpenAsOnePreviewUntilTheyArePinned) {
     using enum SurfaceList::Pin;
-    auto state = SurfaceList::opening("/p/one", "1", strip("ab"), no);
-    EXPECT_EQ(text(state), "ab[1*]");
-    state.metas.push_back({.id = content('c'), .title = "c"});
-    state = SurfaceList::opening("/p/two", "2", state.metas, no);
-    EXPECT_EQ(text(state), "ab[2*]c");
-    const auto again = SurfaceList::opening("/p/two", "other", state.metas, no);
-    EXPECT_EQ(again, state);
-    state = SurfaceList::opening("/p/two", "2", state.metas, yes);
-    EXPECT_EQ(text(state), "ab[2]c");
-    state = SurfaceList::opening("/p/two", "2", state.metas, no);
-    EXPECT_EQ(text(state), "ab[2]c") << "a pinned file stays pinned";
-    state = SurfaceList::opening("/p/three", "3", state.metas, no);
-    EXPECT_EQ(text(state), "ab2c[3*]");
-    state = SurfaceList::opening("/p/four", "4", state.metas, yes);
-    EXPECT_EQ(text(state), "ab2c3*[4]") << "a pinned file replaces no preview";
+    SurfaceSelection state{.metas = strip("ab")};
+    for (const auto& [name, pin, expected] : table<3>(R"(
+        1 | no | ab[1*] ; 2 | no | ab[2*] ; 2 | yes | ab[2] ; 2 | no | ab[2] ; 3 | no | ab2[3*] ; c | yes | ab23*[c]
+        # the preview keeps its place, and a pinned file replaces none
+        4 | no | ab2[4*]c ; 4 | no | ab2[4*]c)")) {
+        state = SurfaceList::opening("/p/" + name, name, state.metas, pin == "yes" ? yes : no);
+        EXPECT_EQ(text(state), expected) << name;
+    }
+    EXPECT_EQ(SurfaceList::opening("/p/4", "other title", state.metas, no), state);
 }
 
 TEST(SurfaceTabsTest, shareTheStripAndHaveTitles) {
