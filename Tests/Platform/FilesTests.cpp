@@ -68,8 +68,7 @@ TEST(Files, ReplacesAFileWithTheGivenModeAndThroughLinks) {
     EXPECT_TRUE(std::filesystem::is_symlink(folder.path("outer")));
     EXPECT_THAT(folder.names(), ElementsAre("elsewhere", "inner", "new", "outer"));
 
-    const std::string longest(255, 'n');
-    EXPECT_TRUE(writeWholeFile(folder.path(longest), "fits"));
+    EXPECT_TRUE(writeWholeFile(folder.path(std::string(255, 'n')), "fits"));
 }
 
 TEST(Files, RefusesWhatIsNoRegularFileAndNamesTheStep) {
@@ -84,7 +83,6 @@ TEST(Files, RefusesWhatIsNoRegularFileAndNamesTheStep) {
     EXPECT_EQ(message("none/below"), "open the folder of " + folder.path("none/below") + ": No such file or directory");
     EXPECT_THAT(message("loop"), HasSubstr("Too many levels of symbolic links"));
     EXPECT_THAT(message("fifo"), HasSubstr("not a regular file"));
-    EXPECT_THAT(message(""), HasSubstr("Is a directory"));
     EXPECT_TRUE(std::filesystem::is_fifo(folder.path("fifo")));
 }
 
@@ -169,9 +167,8 @@ TEST(Files, MakesFoldersPrivateAndLeavesOthersAlone) {
     std::filesystem::permissions(folder.path("there"), std::filesystem::perms(0755));
     ASSERT_TRUE(createFolders(folder.path("there/a//b/c/")));
     ASSERT_TRUE(createFolders(folder.path("there/a")));
-    EXPECT_EQ(std::filesystem::status(folder.path("there")).permissions(), std::filesystem::perms(0755));
-    EXPECT_EQ(std::filesystem::status(folder.path("there/a")).permissions(), std::filesystem::perms(0700));
-    EXPECT_EQ(std::filesystem::status(folder.path("there/a/b/c")).permissions(), std::filesystem::perms(0700));
+    for (const auto& [name, mode] : {std::pair("there", 0755), {"there/a", 0700}, {"there/a/b/c", 0700}})
+        EXPECT_EQ(std::filesystem::status(folder.path(name)).permissions(), std::filesystem::perms(mode)) << name;
     folder.write("file", "x");
     std::filesystem::create_symlink("nowhere", folder.path("dangling"));
     EXPECT_EQ(createFolders(folder.path("file/a/b")).error().number, ENOTDIR);

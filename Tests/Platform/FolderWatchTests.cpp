@@ -27,47 +27,42 @@ struct FolderWatchTest : testing::Test {
         watch = FolderWatch::create(loop, path, [this](Change change) { told.push_back(change); }).value();
     }
 
-    /// Lets the loop look at its descriptors; inotify queues an event within the call that causes it.
-    void serve() {
+    /// Lets the loop look at its descriptors, inotify having queued an event within the call that causes it, and time
+    /// go by.
+    void wait(std::chrono::milliseconds span) {
         int turns = 0;
         ASSERT_TRUE(loop.runUntil([&] { return ++turns > 2; }));
+        loop.advance(span);
     }
 };
 
 TEST_F(FolderWatchTest, JoinsTheChangesOfASpan) {
     for (const std::string name : {"a", "b", "c"})
         root.write("watched/" + name, "x");
-    serve();
-    loop.advance(60ms);
+    wait(60ms);
     std::filesystem::remove(path + "/a");
-    serve();
-    loop.advance(39ms);
+    wait(39ms);
     EXPECT_TRUE(told.empty());
     loop.advance(1ms);
     EXPECT_EQ(told.size(), 1U);
-    serve();
-    loop.advance(10s);
+    wait(10s);
     EXPECT_EQ(told.size(), 1U) << "nothing changed since";
     std::filesystem::rename(path + "/b", path + "/d");
-    serve();
-    loop.advance(100ms);
+    wait(100ms);
     EXPECT_THAT(told, ElementsAre(Change::contents, Change::contents));
     std::filesystem::create_directory(root.path("sibling"));
     std::filesystem::remove(root.path("sibling"));
-    serve();
-    loop.advance(10s);
+    wait(10s);
     EXPECT_EQ(told.size(), 2U) << "a neighbour's end is not ours";
 }
 
 TEST_F(FolderWatchTest, TellsWhenTheFolderGoesAndThenNoMore) {
     const auto expectGone = [this](const char* how) {
-        serve();
-        loop.advance(100ms);
+        wait(100ms);
         EXPECT_THAT(told, ElementsAre(Change::folderGone)) << how;
         std::filesystem::create_directory(path);
         root.write("watched/late", "x");
-        serve();
-        loop.advance(10s);
+        wait(10s);
         EXPECT_EQ(told.size(), 1U) << how;
         std::filesystem::remove_all(path);
         SetUp();
@@ -87,11 +82,9 @@ TEST_F(FolderWatchTest, MayBeDestroyedInItsCallbackAndRefusesFiles) {
                 watch.reset();
             }).value();
     root.write("watched/a", "x");
-    serve();
-    loop.advance(1s);
+    wait(1s);
     root.write("watched/b", "x");
-    serve();
-    loop.advance(1s);
+    wait(1s);
     EXPECT_EQ(told.size(), 1U);
     EXPECT_EQ(FolderWatch::create(loop, path + "/a", [](Change) {}).error().number, ENOTDIR);
     EXPECT_EQ(FolderWatch::create(loop, path + "/none", [](Change) {}).error().number, ENOENT);

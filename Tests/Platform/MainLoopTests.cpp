@@ -25,7 +25,7 @@ struct Pipe {
         writeEnd = FileDescriptor(ends[1]);
     }
 
-    void put(char byte) const { EXPECT_EQ(write(writeEnd.number(), &byte, 1), 1); }
+    void put(std::string_view bytes) const { EXPECT_GT(write(writeEnd.number(), bytes.data(), bytes.size()), 0); }
     char take() const {
         char byte = 0;
         return read(readEnd.number(), &byte, 1) == 1 ? byte : '\0';
@@ -36,10 +36,7 @@ TEST(ManualMainLoop, FiresTimersAtTheirTimesInOrderAndStopsWithTheirRegistration
     ManualMainLoop loop;
     std::string log;
     const Instant start = loop.now();
-    const auto note = [&](char name) {
-        log += name;
-        log += std::to_string((loop.now() - start) / 1ms) + ' ';
-    };
+    const auto note = [&](char name) { log += name + std::to_string((loop.now() - start) / 1ms) + ' '; };
     auto late = loop.after(30ms, [&] { note('l'); });
     auto early = loop.after(10ms, [&] {
         loop.post([&] { note('p'); });
@@ -73,19 +70,18 @@ TEST(TimerQueue, JoinsTimersWithinTheirToleranceAndSkipsMissedRuns) {
 TEST(TimerQueue, SurvivesTimersThatRemoveEachOtherAndThemselves) {
     const auto queue = std::make_shared<TimerQueue>();
     std::string log;
-    Registration first;
-    Registration second;
-    Registration third;
-    first = queue->add({.due = {}, .interval = 1ms, .task = [&] {
-                            log += '1';
-                            first.reset();
-                            second.reset();
-                        }});
-    second = queue->add({.due = {}, .interval = 1ms, .task = [&] { log += '2'; }});
-    third = queue->add({.due = {}, .task = [&] {
-                            log += '3';
-                            third = queue->add({.due = {}, .task = [&] { log += '4'; }});
-                        }});
+    Registration first, second, third;
+    const auto add = [&](std::function<void()> task) { return queue->add({.due = {}, .interval = 1ms, .task = task}); };
+    first = add([&] {
+        log += '1';
+        first.reset();
+        second.reset();
+    });
+    second = add([&] { log += '2'; });
+    third = add([&] {
+        log += '3';
+        third = add([&] { log += '4'; });
+    });
     queue->fireDue({});
     EXPECT_EQ(log, "13");
     queue->fireDue({});
@@ -106,8 +102,7 @@ TYPED_TEST(MainLoopTest, TellsReadyDescriptors) {
         // One byte a turn: what is left must be told again.
         read += in.take();
     });
-    in.put('a');
-    in.put('b');
+    in.put("ab");
     serve([&] { return read == "ab"; });
 
     int writable = 0;
@@ -163,7 +158,7 @@ TEST(MainLoop, RegistrationsMayOutliveTheirLoop) {
     }
     timer.reset();
     watch.reset();
-    pipe.put('x');
+    pipe.put("x");
     EXPECT_EQ(pipe.take(), 'x');  // the descriptor stayed ours
 }
 
