@@ -163,10 +163,8 @@ TEST_F(LineServerTest, DropsClientsThatKeepItWaiting) {
     loop_.advance(9s);
     EXPECT_EQ(server_.connectionCount(), 3U);
     loop_.advance(2s);
-    EXPECT_TRUE(receives(silent, "fault 1\n"));
-    EXPECT_TRUE(isClosed(silent));
-    EXPECT_TRUE(receives(halfway, "fault 1\n"));
-    EXPECT_TRUE(isClosed(halfway));
+    for (const FileDescriptor* late : {&silent, &halfway})
+        EXPECT_TRUE(receives(*late, "fault 1\n") && isClosed(*late));
     loop_.advance(1h);
     EXPECT_EQ(server_.connectionCount(), 1U);  // one that listens may stay
 }
@@ -201,9 +199,7 @@ TEST_F(LineServerTest, DropsAClientThatNeverReads) {
 TEST_F(LineServerTest, AClientOfAServerThatDoesNothingGivesUp) {
     auto client = LineClient::connect(path_, 20ms);  // nobody serves the loop
     ASSERT_TRUE(client.has_value());
-    const auto reply = client->request("ok");
-    ASSERT_FALSE(reply.has_value());
-    EXPECT_EQ(reply.error().number, ETIMEDOUT);
+    EXPECT_EQ(client->request("ok").error().number, ETIMEDOUT);
     // Once the queue of connections is full, connecting ends too.
     std::vector<FileDescriptor> waiting;
     auto next = UnixSocket::connectTo(path_, 20ms);
