@@ -9,7 +9,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # g++ 12 takes an aggregate with member defaults for incomplete when the rest are left out on purpose.
   add_compile_options(-Wno-missing-field-initializers)
   # With -O2 it sees faults inside std::string's own operator+ (gcc bugs 105329 and 105651).
-  add_compile_options(-Wno-array-bounds -Wno-restrict -Wno-stringop-overflow)
+  add_compile_options(-Wno-array-bounds -Wno-restrict -Wno-stringop-overflow -Wno-maybe-uninitialized)
 else()
   # clang has no reason to know gcc's warnings, and it is only used for fuzzing and linting.
   add_compile_options(-Wno-missing-field-initializers -Wno-unknown-warning-option -Wno-missing-designated-field-initializers)
