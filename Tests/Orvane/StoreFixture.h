@@ -53,6 +53,9 @@ class ShellLauncher final : public SessionLauncher {
 /// A store on a manual loop, with its files in a folder of the test.
 class StoreFixture : public ::testing::Test {
  protected:
+    /// No program of a test outlives it.
+    ~StoreFixture() override { store->terminateAllSessions(); }
+
     std::shared_ptr<AppStore> makeStore() {
         return std::make_shared<AppStore>(AppStore::Services{
             .loop = loop, .pool = pool, .preferences = preferences, .stateFile = stateFile, .launcher = &launcher});
