@@ -189,8 +189,6 @@ void EscapeSequenceParser::parseDcsData(Input& input) {
 void EscapeSequenceParser::step(Input& input) {
     const ParserState state = currentState_;
     const auto [action, nextState] = transitionTable.at(state, *input.at);
-    const bool leavesDcs = state == ParserState::dcsPassthrough && nextState != ParserState::dcsPassthrough;
-    if (leavesDcs && action != ParserAction::dcsUnhook) activeDcsHandler_ = nullptr;
     currentState_ = nextState;
     perform(action, state, input);
     if (!aborted_) ++input.at;

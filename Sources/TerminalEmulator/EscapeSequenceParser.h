@@ -78,7 +78,7 @@ class EscapeSequenceParser {
     [[nodiscard]] ParserParameters parameters() const;
 
     ParserHandler& handler_;
-    /// Set between hook and unhook where somebody receives the string.
+    /// Who receives the string in `dcsPassthrough`; without meaning in other states.
     DcsHandler* activeDcsHandler_ = nullptr;
     ParserState currentState_ = ParserState::ground;
     bool textSinceReset_ = false;
