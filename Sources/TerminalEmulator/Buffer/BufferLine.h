@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "TerminalEmulator/Buffer/Pen.h"
+#include "TerminalEmulator/Buffer/RowView.h"
+
+namespace orvane {
+
+/// The head of a row of the screen. Its cells are a piece of the slab of `ScreenRows`.
+struct ScreenRow {
+    StoredCell* cells = nullptr;  ///< not its own; `cols` of them, of which only the first `length` mean something
+    int length = 0;
+    bool isWrapped = false;
+    RenderLineMode renderMode = RenderLineMode::single;
+    std::uint64_t generation = 0;
+};
+
+/// Writing to one row of the screen; good until the rows scroll or change their size.
+///
+/// Columns are clamped to the row. Writing to a single cell past its end writes the last one and, when
+/// `BufferLine::logsIndexErrors` is set, says so on the standard error output.
+///
+/// No operation leaves half of a wide character behind: where an edge of what it writes, shifts or erases cuts one, the
+/// other half is emptied and keeps its look.
+class BufferLine {
+ public:
+    /// For those who hunt such a mistake; off by default.
+    static bool logsIndexErrors;
+
+    /// `generations` is the growing counter that all rows of a buffer share.
+    BufferLine(ScreenRow& row, int cols, std::uint64_t& generations)
+        : row_(&row), cols_(cols), generations_(&generations) {}
+
+    int cols() const { return cols_; }
+    RowView view() const;
+    StoredCell at(int col) const { return view().at(col); }
+
+    bool isWrapped() const { return row_->isWrapped; }
+    void setIsWrapped(bool isWrapped);
+    RenderLineMode renderMode() const { return row_->renderMode; }
+    void setRenderMode(RenderLineMode mode);
+
+    /// Writes a run of printable ASCII from `col` on and gives back how many bytes had room before `endCol` (at most
+    /// the row's end).
+    int writeAscii(int col, std::string_view bytes, const Pen& pen, int endCol);
+    int writeAscii(int col, std::string_view bytes, const Pen& pen) { return writeAscii(col, bytes, pen, cols_); }
+    /// Writes a character of one or two columns. A wide one that has no room leaves an empty cell in the last column.
+    void writeCell(int col, std::int32_t code, int width, const Pen& pen);
+    /// Another character in the same look: a cluster that has grown, perhaps to two columns.
+    void setCode(int col, std::int32_t code, int width);
+    /// Writes the bare cell and looks at no neighbour: whoever changes width does so for both halves.
+    void setCell(int col, const StoredCell& cell);
+    void set(int col, const CharData& cell) { setCell(col, StoredCell::pack(cell)); }
+
+    void fill(const StoredCell& fill);  ///< the whole row; wrap flag and render mode stay
+    void fill(const StoredCell& fill, int atCol, int len) { replaceCells(atCol, atCol + len, fill); }
+    void replaceCells(int start, int end, const StoredCell& fill);      ///< [start, end)
+    void eraseUnprotected(int start, int end, const StoredCell& fill);  ///< the same, without protected cells
+    /// Shifts what stands in [pos, rightMargin] to the right by `n` columns; what passes the margin is gone.
+    void insertCells(int pos, int n, int rightMargin, const StoredCell& fill);
+    /// Shifts to the left and fills at the right margin.
+    void deleteCells(int pos, int n, int rightMargin, const StoredCell& fill);
+    /// Source and destination may be the same row and overlap.
+    void copyFrom(const RowView& line, int srcCol, int dstCol, int len);
+    void copyFrom(const RowView& line);  ///< cells, wrap flag and render mode
+
+ private:
+    void changed() { row_->generation = ++*generations_; }
+    void put(int start, int end, const StoredCell& fill);
+    void extendTo(int length);
+    void trimEnd();
+    void cutAt(int col);
+    int clampedIndex(int col) const;
+
+    ScreenRow* row_;
+    int cols_;
+    std::uint64_t* generations_;
+};
+
+}  // namespace orvane
