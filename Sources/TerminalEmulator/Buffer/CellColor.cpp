@@ -37,8 +37,9 @@ Color unpacked(std::uint32_t bits) {
             return fromRgb(bits);
         case inverted:
             return Color::defaultInvertedColor();
+        default:
+            return Color::defaultColor();
     }
-    return Color::defaultColor();
 }
 
 std::uint32_t packedUnderline(const std::optional<Color>& color) {

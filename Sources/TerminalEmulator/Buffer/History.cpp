@@ -16,19 +16,18 @@ void History::append(const RowView& row, Next next) {
     }
     if (row.isWrapped) fillNewestRow(row.at(0).isWide());
     HistoryPiece piece{.isContinuation = row.isWrapped, .renderMode = static_cast<std::uint32_t>(row.renderMode)};
-    std::size_t kept = row.cells.size();
     if (next == Next::startsLine) {
         piece.cells = static_cast<std::uint32_t>(row.getTrimmedLength());
-        while (kept > piece.cells && row.cells[kept - 1].isDefaultBlank())
-            --kept;
         // A piece without cells would start no row.
         if (row.isWrapped && piece.cells == 0) piece.cells = 1;
     } else {
         const StoredCell last = row.at(row.cols - 1);
         const bool leavesLast = next == Next::continuesWithWide && last.isEmpty() && !last.isRightHalf();
         piece.cells = static_cast<std::uint32_t>(row.cols) - (leavesLast ? 1 : 0);
-        kept = std::min<std::size_t>(kept, piece.cells);
     }
+    std::size_t kept = row.cells.size();
+    while (kept > piece.cells && row.cells[kept - 1].isDefaultBlank())
+        --kept;
     if (kept >= piece.cells) {
         appendPiece(piece, row.cells.first(kept));
     } else {
@@ -44,7 +43,10 @@ void History::append(const RowView& row, Next next) {
 void History::fillNewestRow(bool isWideNext) {
     const std::uint32_t room = cols_ - columnAtEnd_;
     if (rowCount() == 0 || room == 0 || (room == 1 && isWideNext)) return;
-    appendPiece({.cells = room, .isContinuation = 1}, std::vector<StoredCell>(room));
+    HistoryRow newest;
+    readAt(rowPosition(rowsStarted_ - 1), newest);
+    newest.cells.resize(cols_);
+    appendPiece({.cells = room, .isContinuation = 1}, std::span(newest.cells).last(room));
 }
 
 void History::read(std::uint64_t index, HistoryRow& row) const {
@@ -239,15 +241,17 @@ void History::readAt(Position at, HistoryRow& row) const {
         const std::uint32_t fits = cellsThatFit(at, cols_ - column);
         unpacked_.clear();
         HistoryCodec::decode(pages_[at.page].bytes(at.piece), piece.cells, unpacked_);
-        auto end = unpacked_.begin() + at.cell + fits;
-        const bool endsPiece = at.cell + fits == piece.cells;
+        row.textCells = column + fits;
         const Position next = nextPiece(at);
-        const bool endsLine = endsPiece && (isEnd(next) || pieceAt(next).isContinuation == 0);
-        if (endsLine) {  // with what only has a background, as far as the row goes
+        const bool endsPiece = at.cell + fits == piece.cells;
+        const bool endsRow = !endsPiece || isEnd(next) || pieceAt(next).isContinuation == 0 ||
+                             (pieceAt(next).cells > 0 && cellsThatFit(next, cols_ - column - fits) == 0);
+        auto end = unpacked_.begin() + at.cell + fits;
+        if (endsPiece && endsRow) {  // with what only has a background, as far as the row goes
             end = unpacked_.begin() + std::min<std::ptrdiff_t>(std::ssize(unpacked_), at.cell + cols_ - column);
         }
         row.cells.insert(row.cells.end(), unpacked_.begin() + at.cell, end);
-        if (!endsPiece || endsLine) return;
+        if (endsRow) return;
         at = next;
     }
 }
@@ -291,7 +295,6 @@ void History::dropRows(std::uint64_t count) {
     front_ = {.page = 0, .piece = to.piece, .cell = to.cell};
     frontRow_ += count;
     pages_.front().firstRow = frontRow_;
-    pages_.front().columnAtStart = 0;
     hintRow_.reset();
 }
 

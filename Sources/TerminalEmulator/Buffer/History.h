@@ -13,6 +13,7 @@ namespace orvane {
 /// A row of the history, unpacked.
 struct HistoryRow {
     std::vector<StoredCell> cells;  ///< in use
+    std::size_t textCells = 0;  ///< of them; those behind only have a background and take no part in a line's laying
     bool isWrapped = false;
     RenderLineMode renderMode = RenderLineMode::single;
 };

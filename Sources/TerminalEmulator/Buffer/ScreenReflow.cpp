@@ -8,6 +8,7 @@ ScreenReflow::ScreenReflow(const ScreenRows& screen, std::optional<HistoryRow> n
     : cursor_(cursor) {
     if (newest) {
         cells_ = std::move(newest->cells);
+        cells_.resize(newest->textCells);
         lines_.push_back({.end = cells_.size(), .isWrapped = newest->isWrapped, .renderMode = newest->renderMode});
     }
     for (int y = 0; y < screen.count(); ++y)

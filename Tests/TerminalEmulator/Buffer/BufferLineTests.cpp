@@ -10,7 +10,6 @@
 namespace orvane::testing {
 namespace {
 
-using ::testing::ElementsAre;
 using Color = Attribute::Color;
 
 /// One row: `|` and `'` stand for the halves of a wide character, `.` for an empty cell.
@@ -146,8 +145,9 @@ Color anyColor(std::mt19937& random) {
                                     static_cast<std::uint8_t>(random()));
         case 2:
             return Color::defaultInvertedColor();
+        default:
+            return Color::defaultColor();
     }
-    return Color::defaultColor();
 }
 
 TEST(BufferLineTests, APackedCellKeepsEverything) {

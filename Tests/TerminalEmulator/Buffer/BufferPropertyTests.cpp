@@ -155,6 +155,33 @@ TEST(BufferPropertyTests, WideningAfterNarrowingRestoresEveryRow) {
     }
 }
 
+TEST(BufferPropertyTests, AScrollMovesEveryRowWhateverItsWrapFlagSays) {
+    for (std::uint32_t seed = 1; seed <= 200; ++seed) {
+        Random random(seed);
+        const int cols = 2 + random.below(12);
+        const int rows = 1 + random.below(4);
+        Buffer buffer(cols, rows, 8, 1000);
+        buffer.fillViewportRows();
+        std::vector<std::vector<CharData>> expected(static_cast<std::size_t>(rows), RowView{.cols = cols}.getData());
+        for (int step = 0; step < 60; ++step) {
+            // Any row of the screen may change its flag as long as it is there, as erasing and cursor motion do.
+            buffer.line(random.below(rows)).setIsWrapped(random.oneIn(2));
+            BufferLine line = buffer.line(rows - 1);
+            for (int writes = random.below(3); writes > 0; --writes) {
+                line.writeCell(random.below(cols), U'一', 1 + random.below(2), random.pen());
+            }
+            expected.back() = line.view().getData();
+            buffer.scrollUp(0, rows - 1, {}, random.oneIn(2) ? Buffer::NewRow::continues : Buffer::NewRow::startsLine);
+            expected.push_back(RowView{.cols = cols}.getData());
+            ASSERT_EQ(buffer.count(), static_cast<int>(expected.size())) << "seed " << seed << ", step " << step;
+            for (int index = 0; index < buffer.count(); ++index) {
+                ASSERT_EQ(buffer.row(index).getData(), expected[static_cast<std::size_t>(index)])
+                    << "seed " << seed << ", step " << step << ", row " << index;
+            }
+        }
+    }
+}
+
 TEST(BufferPropertyTests, RowsComeOutOfTheHistoryAsTheyWentIn) {
     for (std::uint32_t seed = 1; seed <= 40; ++seed) {
         Random random(seed);
