@@ -190,6 +190,7 @@ TEST(BufferPropertyTests, RowsComeOutOfTheHistoryAsTheyWentIn) {
         ScreenRows scratch(cols, 1, generations);
         History history(cols, {.rows = 1000});
         std::vector<std::vector<CharData>> rows;
+        rows.reserve(300);
         for (int count = 0; count < 300; ++count) {
             BufferLine line = scratch.line(0);
             line.fill(random.oneIn(4) ? random.pen().erased() : StoredCell{});
