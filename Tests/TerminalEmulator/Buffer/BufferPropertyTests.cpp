@@ -141,6 +141,7 @@ TEST(BufferPropertyTests, WideningAfterNarrowingRestoresEveryRow) {
             typeSomething(buffer, random, typed);
         const int cols = buffer.cols();
         std::vector<std::vector<CharData>> before;
+        before.reserve(static_cast<std::size_t>(buffer.count()));
         for (int index = 0; index < buffer.count(); ++index)
             before.push_back(buffer.row(index).getData());
         const std::vector<std::string> rows = ringRows(buffer);
