@@ -25,6 +25,7 @@ struct ChildProcessTest : testing::Test {
     std::string errors;
     std::optional<ExitStatus> status;
     std::size_t bytesAtExit = 0;
+    std::function<void()> whenTold;
     std::unique_ptr<ChildProcess> child;
 
     ChildProcess::Callbacks callbacks() {
@@ -35,6 +36,7 @@ struct ChildProcessTest : testing::Test {
                         EXPECT_FALSE(status) << "told twice";
                         status = told;
                         bytesAtExit = output.size() + errors.size();
+                        if (whenTold) whenTold();
                     }};
     }
 
@@ -169,20 +171,11 @@ TEST_F(ChildProcessTest, CopesWithIgnoredChildrenAndClosedStandardDescriptors) {
 }
 
 TEST_F(ChildProcessTest, AGrandchildThatHoldsThePipesDelaysNothing) {
+    whenTold = [&] { EXPECT_TRUE(child->signalGroup(SIGKILL)) << "the group outlives its leader"; };
     for (const auto* grandchild : {"sleep 1000 &", "yes & yes >&2 &"}) {
-        output.clear();
-        std::optional<ExitStatus> told;
-        auto its = callbacks();
-        its.onExit = [&](ExitStatus end) {
-            told = end;
-            EXPECT_TRUE(child->signalGroup(SIGKILL));  // the group outlives its leader
-        };
-        Options options{.arguments = {"/bin/sh", "-c", std::string("echo hi; ") + grandchild + " exit 7"},
-                        .group = ChildProcess::Group::own};
-        child = ChildProcess::start(loop, options, std::move(its)).value();
+        shell(std::string("echo hi; ") + grandchild + " exit 7", {.group = ChildProcess::Group::own});
         EXPECT_EQ(child->processGroup(), child->pid());
-        ASSERT_TRUE(loop.runUntil([&] { return told.has_value(); })) << grandchild;
-        EXPECT_EQ(told, (ExitStatus{Exited{7}}));
+        EXPECT_EQ(finish(), (ExitStatus{Exited{7}})) << grandchild;
         EXPECT_TRUE(output.starts_with("hi\n"));
         EXPECT_EQ(child->signalGroup(SIGKILL).error().number, ESRCH);
     }

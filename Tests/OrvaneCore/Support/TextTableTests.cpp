@@ -115,8 +115,8 @@ TEST(TextTableTest, theKeysThatSourcesUseAreThere) {
 }
 
 TEST(TextTableTest, theChecksSeeFaults) {
-    for (const auto& [english, german] : table<2>("%d of %@ | %@ of %d; %1$@ %2$d | %2$@ %1$d; %@ | %1$d; 100%% | "
-                                                  "100%; Done. |; \tDone. | Done.; x | \xFF")) {
+    for (const auto& [english, german] : table<2>("%d of %@ | %@ of %d; %1$@ %2$d | %2$@ %1$d; %@ | %1$d; 100%% | 100%;"
+                                                  "Done. |; \tDone. | Done.; x | \xFF")) {
         TextEntry entry{.key = "key", .texts = {}};
         entry.texts.fill(english);
         entry.texts[static_cast<std::size_t>(Language::de)] = german;
