@@ -17,10 +17,10 @@
 #include <vector>
 
 #include "Support/Statistics.h"
-#include "TerminalEmulator/EscapeSequenceParser.h"
-#include "TerminalEmulator/TextScan.h"
-#include "TerminalEmulator/UnicodeUtil.h"
-#include "TerminalEmulator/Utf8Decoder.h"
+#include "TerminalEmulator/Parser/EscapeSequenceParser.h"
+#include "TerminalEmulator/Parser/TextScan.h"
+#include "TerminalEmulator/Unicode/UnicodeUtil.h"
+#include "TerminalEmulator/Unicode/Utf8Decoder.h"
 
 namespace orvane::benchmark {
 

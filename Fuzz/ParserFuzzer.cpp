@@ -1,9 +1,9 @@
 #include <vector>
 
 #include "Fuzzing.h"
-#include "TerminalEmulator/EscapeSequenceParser.h"
-#include "TerminalEmulator/ParserLog.h"
-#include "TerminalEmulator/Utf8Decoder.h"
+#include "TerminalEmulator/Parser/EscapeSequenceParser.h"
+#include "TerminalEmulator/Parser/ParserLog.h"
+#include "TerminalEmulator/Unicode/Utf8Decoder.h"
 
 namespace {
 

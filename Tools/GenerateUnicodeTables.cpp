@@ -1,4 +1,4 @@
-// Reads the Unicode character database and writes the two-stage table that Sources/TerminalEmulator/UnicodeTable.h
+// Reads the Unicode character database and writes the two-stage table that Sources/TerminalEmulator/Unicode/UnicodeTable.h
 // describes.
 
 #include <fmt/format.h>
@@ -16,7 +16,7 @@
 #include <utility>
 #include <vector>
 
-#include "TerminalEmulator/UnicodeTable.h"
+#include "TerminalEmulator/Unicode/UnicodeTable.h"
 
 namespace {
 
@@ -196,7 +196,7 @@ void write(const Database& database, std::ostream& output) {
         block.clear();
     }
     if (placeOfBlock.size() > 256) fail("the table has outgrown its types");
-    output << "#include \"TerminalEmulator/UnicodeTable.h\"\n\nnamespace orvane::UnicodeTable {\n\n"
+    output << "#include \"TerminalEmulator/Unicode/UnicodeTable.h\"\n\nnamespace orvane::UnicodeTable {\n\n"
            << fmt::format("static_assert(blockSize == {});\n", UnicodeTable::blockSize)
            << fmt::format("const std::uint8_t blocks[0x110000 >> blockShift] = {{{}}};\n", fmt::join(blocks, ","))
            << fmt::format("const std::uint8_t properties[] = {{{}}};\n", fmt::join(entries, ","))

@@ -5,7 +5,7 @@
 #include <span>
 #include <string_view>
 
-#include "TerminalEmulator/ParserState.h"
+#include "TerminalEmulator/Parser/ParserState.h"
 
 namespace orvane {
 

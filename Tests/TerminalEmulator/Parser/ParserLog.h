@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "TerminalEmulator/EscapeSequenceParser.h"
+#include "TerminalEmulator/Parser/EscapeSequenceParser.h"
 
 namespace orvane {
 

@@ -1,4 +1,4 @@
-#include "TerminalEmulator/UnicodeUtil.h"
+#include "TerminalEmulator/Unicode/UnicodeUtil.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>

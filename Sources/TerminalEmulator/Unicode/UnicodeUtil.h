@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TerminalEmulator/UnicodeTable.h"
+#include "TerminalEmulator/Unicode/UnicodeTable.h"
 
 /// What a terminal needs to know of a character. Every function takes a code point of at most U+10FFFF and costs a
 /// comparison or two loads.

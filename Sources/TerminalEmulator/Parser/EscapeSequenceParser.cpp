@@ -1,11 +1,11 @@
-#include "TerminalEmulator/EscapeSequenceParser.h"
+#include "TerminalEmulator/Parser/EscapeSequenceParser.h"
 
 #include <algorithm>
 #include <limits>
 #include <utility>
 
-#include "TerminalEmulator/TextScan.h"
-#include "TerminalEmulator/TransitionTable.h"
+#include "TerminalEmulator/Parser/TextScan.h"
+#include "TerminalEmulator/Parser/TransitionTable.h"
 
 namespace orvane {
 

@@ -1,4 +1,4 @@
-#include "TerminalEmulator/TransitionTable.h"
+#include "TerminalEmulator/Parser/TransitionTable.h"
 
 #include <initializer_list>
 

@@ -1,4 +1,4 @@
-#include "TerminalEmulator/Utf8Decoder.h"
+#include "TerminalEmulator/Unicode/Utf8Decoder.h"
 
 #include <gtest/gtest.h>
 #include <unicode/unistr.h>

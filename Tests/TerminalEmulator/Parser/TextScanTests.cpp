@@ -1,4 +1,4 @@
-#include "TerminalEmulator/TextScan.h"
+#include "TerminalEmulator/Parser/TextScan.h"
 
 #include <gtest/gtest.h>
 

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "TerminalEmulator/ParserAction.h"
-#include "TerminalEmulator/ParserState.h"
+#include "TerminalEmulator/Parser/ParserAction.h"
+#include "TerminalEmulator/Parser/ParserState.h"
 
 namespace orvane {
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "TerminalEmulator/ParserAction.h"
-#include "TerminalEmulator/ParserHandler.h"
-#include "TerminalEmulator/ParserState.h"
+#include "TerminalEmulator/Parser/ParserAction.h"
+#include "TerminalEmulator/Parser/ParserHandler.h"
+#include "TerminalEmulator/Parser/ParserState.h"
 
 namespace orvane {
 

@@ -1,4 +1,4 @@
-#include "TerminalEmulator/EscapeSequenceParser.h"
+#include "TerminalEmulator/Parser/EscapeSequenceParser.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "TerminalEmulator/ParserLog.h"
+#include "TerminalEmulator/Parser/ParserLog.h"
 
 namespace orvane {
 
