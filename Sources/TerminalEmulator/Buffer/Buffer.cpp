@@ -16,14 +16,6 @@ Buffer::Buffer(int cols, int rows, int tabStopWidth, std::optional<int> scrollba
     changeHistorySize(scrollback);
 }
 
-void Buffer::setX(int x) {
-    x_ = std::clamp(x, 0, cols_ - 1);
-}
-
-void Buffer::setY(int y) {
-    y_ = std::clamp(y, 0, rows_ - 1);
-}
-
 void Buffer::setMarginLeft(int col) {
     marginLeft_ = std::clamp(col, 0, cols_ - 1);
 }
@@ -53,11 +45,6 @@ RowView Buffer::row(int ringIndex) const {
     if (ringIndex < 0 || ringIndex >= count()) return {.cols = cols_};
     if (ringIndex >= yBase()) return screen_.view(ringIndex - yBase());
     return historyRow(static_cast<std::uint64_t>(ringIndex));
-}
-
-BufferLine Buffer::line(int y) {
-    assert(screen_.count() > 0);
-    return screen_.line(std::clamp(y, 0, screen_.count() - 1));
 }
 
 void Buffer::scrollUp(int top, int bottom, const StoredCell& fill, NewRow newRow) {
@@ -138,11 +125,12 @@ RowView Buffer::historyRow(std::uint64_t index) const {
     const std::uint64_t generation = std::uint64_t{1} << 63 | history_.epoch() << numberBits | number;
     auto cached = std::ranges::find(cache_, generation, &CachedRow::generation);
     if (cached == cache_.end()) {
-        cached = cache_.begin() + static_cast<std::ptrdiff_t>(nextCached_);
-        nextCached_ = (nextCached_ + 1) % cachedRows;
+        // The one that was read longest ago: views of the last sixteen rows stay good.
+        cached = std::ranges::min_element(cache_, {}, &CachedRow::lastRead);
         history_.read(index, cached->row);
         cached->generation = generation;
     }
+    cached->lastRead = ++cacheReads_;
     return {.cells = cached->row.cells,
             .cols = cols_,
             .isWrapped = cached->row.isWrapped,

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -66,8 +68,8 @@ class Buffer {
     // The cursor, margins and region; setters clamp to the screen.
     int x() const { return x_; }
     int y() const { return y_; }
-    void setX(int x);
-    void setY(int y);
+    void setX(int x) { x_ = std::clamp(x, 0, cols_ - 1); }
+    void setY(int y) { y_ = std::clamp(y, 0, rows_ - 1); }
     /// The last column has been written and the next character wraps. Nothing but a resize clears it here.
     bool isWrapPending = false;
     int marginLeft() const { return marginLeft_; }
@@ -107,7 +109,10 @@ class Buffer {
     static CharData getNullCell(const Attribute& attribute) { return {.attribute = attribute}; }
 
     // Writing. Rows of the screen are clamped to it; it must not be empty.
-    BufferLine line(int y);
+    BufferLine line(int y) {
+        assert(screen_.count() > 0);
+        return screen_.line(std::clamp(y, 0, screen_.count() - 1));
+    }
     /// Rows `top` to `bottom` move up by one. A row that leaves the top of the screen goes into the history, whatever
     /// `bottom` is. A view at the newest row stays there.
     void scrollUp(int top, int bottom, const StoredCell& fill, NewRow newRow = NewRow::startsLine);
@@ -142,6 +147,7 @@ class Buffer {
 
     struct CachedRow {
         std::optional<std::uint64_t> generation;
+        std::uint64_t lastRead = 0;
         HistoryRow row;
     };
 
@@ -173,7 +179,7 @@ class Buffer {
     std::uint64_t linesTopAtClear_ = 0;
 
     mutable std::array<CachedRow, cachedRows> cache_;
-    mutable std::size_t nextCached_ = 0;
+    mutable std::uint64_t cacheReads_ = 0;
 };
 
 }  // namespace orvane

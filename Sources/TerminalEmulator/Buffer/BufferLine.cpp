@@ -7,20 +7,6 @@ namespace orvane {
 
 bool BufferLine::logsIndexErrors = false;
 
-RowView BufferLine::view() const {
-    return {.cells = {row_->cells, static_cast<std::size_t>(row_->length)},
-            .cols = cols_,
-            .isWrapped = row_->isWrapped,
-            .renderMode = row_->renderMode,
-            .generation = row_->generation};
-}
-
-void BufferLine::setIsWrapped(bool isWrapped) {
-    if (row_->isWrapped == isWrapped) return;
-    row_->isWrapped = isWrapped;
-    changed();
-}
-
 void BufferLine::setRenderMode(RenderLineMode mode) {
     if (row_->renderMode == mode) return;
     row_->renderMode = mode;
@@ -44,19 +30,6 @@ int BufferLine::writeAscii(int col, std::string_view bytes, const Pen& pen, int 
     row_->length = std::max(row_->length, end);
     changed();
     return count;
-}
-
-void BufferLine::writeCell(int col, std::int32_t code, int width, const Pen& pen) {
-    if (cols_ == 0) return;
-    col = clampedIndex(col);
-    const bool hasRoom = col + width <= cols_;
-    const int end = std::min(col + std::max(width, 1), cols_);
-    extendTo(end);
-    cutAt(col);
-    cutAt(end);
-    row_->cells[col] = hasRoom ? pen.cell().with(code, width) : pen.cell();
-    if (hasRoom && width == 2) row_->cells[col + 1] = pen.cell().with(0, 0);
-    changed();
 }
 
 void BufferLine::setCode(int col, std::int32_t code, int width) {
@@ -193,26 +166,12 @@ void BufferLine::put(int start, int end, const StoredCell& fill) {
     }
 }
 
-void BufferLine::extendTo(int length) {
-    if (row_->length >= length) return;
-    std::fill(row_->cells + row_->length, row_->cells + length, StoredCell{});
-    row_->length = length;
-}
-
 void BufferLine::trimEnd() {
     while (row_->length > 0 && row_->cells[row_->length - 1].isDefaultBlank())
         --row_->length;
 }
 
-/// Empties both halves of a wide character that stands across the edge before `col`.
-void BufferLine::cutAt(int col) {
-    if (col <= 0 || col >= row_->length || !row_->cells[col].isRightHalf()) return;
-    row_->cells[col - 1] = row_->cells[col - 1].emptied();
-    row_->cells[col] = row_->cells[col].emptied();
-}
-
-int BufferLine::clampedIndex(int col) const {
-    if (col >= 0 && col < cols_) return col;
+int BufferLine::nearestIndex(int col) const {
     if (logsIndexErrors) {
         std::fputs("BufferLine: You passed an index out of range, adjusting to prevent crash, but you should debug\n",
                    stderr);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -34,11 +36,24 @@ class BufferLine {
         : row_(&row), cols_(cols), generations_(&generations) {}
 
     int cols() const { return cols_; }
-    RowView view() const;
-    StoredCell at(int col) const { return view().at(col); }
+    RowView view() const {
+        return {.cells = {row_->cells, static_cast<std::size_t>(row_->length)},
+                .cols = cols_,
+                .isWrapped = row_->isWrapped,
+                .renderMode = row_->renderMode,
+                .generation = row_->generation};
+    }
+    StoredCell at(int col) const {
+        const auto index = static_cast<unsigned>(col);  // a negative column lies beyond the end
+        return index < static_cast<unsigned>(row_->length) ? row_->cells[col] : StoredCell{};
+    }
 
     bool isWrapped() const { return row_->isWrapped; }
-    void setIsWrapped(bool isWrapped);
+    void setIsWrapped(bool isWrapped) {
+        if (row_->isWrapped == isWrapped) return;
+        row_->isWrapped = isWrapped;
+        changed();
+    }
     RenderLineMode renderMode() const { return row_->renderMode; }
     void setRenderMode(RenderLineMode mode);
 
@@ -69,14 +84,37 @@ class BufferLine {
  private:
     void changed() { row_->generation = ++*generations_; }
     void put(int start, int end, const StoredCell& fill);
-    void extendTo(int length);
+    void extendTo(int length) {
+        if (row_->length >= length) return;
+        std::fill(row_->cells + row_->length, row_->cells + length, StoredCell{});
+        row_->length = length;
+    }
     void trimEnd();
-    void cutAt(int col);
-    int clampedIndex(int col) const;
+    /// Empties both halves of a wide character that stands across the edge before `col`.
+    void cutAt(int col) {
+        if (col <= 0 || col >= row_->length || !row_->cells[col].isRightHalf()) return;
+        row_->cells[col - 1] = row_->cells[col - 1].emptied();
+        row_->cells[col] = row_->cells[col].emptied();
+    }
+    int clampedIndex(int col) const { return col >= 0 && col < cols_ ? col : nearestIndex(col); }
+    int nearestIndex(int col) const;
 
     ScreenRow* row_;
     int cols_;
     std::uint64_t* generations_;
 };
+
+inline void BufferLine::writeCell(int col, std::int32_t code, int width, const Pen& pen) {
+    if (cols_ == 0) return;
+    col = clampedIndex(col);
+    const bool hasRoom = col + width <= cols_;
+    const int end = std::min(col + std::max(width, 1), cols_);
+    extendTo(end);
+    cutAt(col);
+    cutAt(end);
+    row_->cells[col] = hasRoom ? pen.cell().with(code, width) : pen.cell();
+    if (hasRoom && width == 2) row_->cells[col + 1] = pen.cell().with(0, 0);
+    changed();
+}
 
 }  // namespace orvane

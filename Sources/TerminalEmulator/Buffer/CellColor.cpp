@@ -5,8 +5,10 @@ namespace {
 
 using Color = Attribute::Color;
 
-enum Kind : std::uint32_t { defaultKind = 0, indexed = 1U << 24, direct = 2U << 24, inverted = 3U << 24 };
 constexpr std::uint32_t kindMask = 3U << 24;
+constexpr std::uint32_t indexedKind = 1U << 24;
+constexpr std::uint32_t directKind = 2U << 24;
+constexpr std::uint32_t inverted = 3U << 24;
 
 constexpr std::uint32_t underlineDefault = 257;
 constexpr std::uint32_t underlineInverted = 258;
@@ -24,16 +26,16 @@ Color fromRgb(std::uint32_t bits) {
 }  // namespace
 
 std::uint32_t packed(const Color& color) {
-    if (const auto* direct_ = std::get_if<Color::TrueColor>(&color.value)) return direct | rgb(*direct_);
-    if (const auto* ansi = std::get_if<Color::Ansi256>(&color.value)) return indexed | ansi->code;
-    return std::holds_alternative<Color::DefaultInvertedColor>(color.value) ? inverted : defaultKind;
+    if (const auto* rgbColor = std::get_if<Color::TrueColor>(&color.value)) return directKind | rgb(*rgbColor);
+    if (const auto* ansi = std::get_if<Color::Ansi256>(&color.value)) return indexed(ansi->code);
+    return std::holds_alternative<Color::DefaultInvertedColor>(color.value) ? inverted : defaultColor;
 }
 
 Color unpacked(std::uint32_t bits) {
     switch (bits & kindMask) {
-        case indexed:
+        case indexedKind:
             return Color::ansi256(static_cast<std::uint8_t>(bits));
-        case direct:
+        case directKind:
             return fromRgb(bits);
         case inverted:
             return Color::defaultInvertedColor();

@@ -3,30 +3,13 @@
 #include <algorithm>
 #include <functional>
 
+#include "TerminalEmulator/Unicode/Utf8Encoder.h"
+
 namespace orvane {
 namespace {
 
 bool isScalar(std::int32_t code) {
     return code > 0 && code < 0x110000 && (code < 0xD800 || code > 0xDFFF);
-}
-
-void appendUtf8(char32_t scalar, std::string& out) {
-    const auto trail = [&](int shift) { out += static_cast<char>(0x80 | ((scalar >> shift) & 0x3F)); };
-    if (scalar < 0x80) {
-        out += static_cast<char>(scalar);
-    } else if (scalar < 0x800) {
-        out += static_cast<char>(0xC0 | (scalar >> 6));
-        trail(0);
-    } else if (scalar < 0x10000) {
-        out += static_cast<char>(0xE0 | (scalar >> 12));
-        trail(6);
-        trail(0);
-    } else {
-        out += static_cast<char>(0xF0 | (scalar >> 18));
-        trail(12);
-        trail(6);
-        trail(0);
-    }
 }
 
 bool isTrail(char byte) {
@@ -59,10 +42,15 @@ std::size_t scalarCount(std::string_view text) {
 }  // namespace
 
 std::int32_t ClusterTable::joined(std::int32_t code, char32_t scalar) {
+    Joined& known = joined_[(static_cast<std::uint32_t>(code) * 31 + scalar) % joined_.size()];
+    if (known.result != 0 && known.code == code && known.scalar == scalar) return known.result;
     std::string whole = text(code);
     if (scalarCount(whole) >= maximumScalars) return code;
     appendUtf8(scalar, whole);
-    return charToIndex(whole);
+    const std::int32_t result = charToIndex(whole);
+    // The base scalar stands for a cluster that got no handle; after a reset it would get one.
+    if (result >= firstHandle) known = {code, scalar, result};
+    return result;
 }
 
 std::int32_t ClusterTable::charToIndex(std::string_view text) {
@@ -120,6 +108,7 @@ void ClusterTable::reset() {
     texts_ = {};
     ends_ = {};
     slots_ = {};
+    joined_ = {};
     firstKnown_ = nextHandle_;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -47,6 +48,13 @@ class ClusterTable {
     std::size_t bytesInUse() const;
 
  private:
+    /// What a code and one more scalar were joined to: emoji come again and again.
+    struct Joined {
+        std::int32_t code = 0;
+        char32_t scalar = 0;
+        std::int32_t result = 0;
+    };
+
     std::int32_t find(std::string_view text) const;
     std::int32_t add(std::string_view text);
     std::string_view textAt(std::size_t index) const;
@@ -55,6 +63,7 @@ class ClusterTable {
     std::string texts_;                 ///< all texts, one after the other
     std::vector<std::uint32_t> ends_;   ///< where the text of each handle ends, from `firstKnown_` on
     std::vector<std::uint32_t> slots_;  ///< hash table with linear probing; index into `ends_` plus 1, 0 is free
+    std::array<Joined, 256> joined_{};
     std::int32_t firstKnown_ = firstHandle;
     std::int32_t nextHandle_ = firstHandle;
 };

@@ -154,7 +154,8 @@ History::Position History::nextPiece(Position at) const {
 
 std::uint32_t History::cellsThatFit(const Position& at, std::uint32_t room) const {
     const HistoryPiece& piece = pieceAt(at);
-    if (piece.hasWide == 0) return std::min(piece.cells - at.cell, room);
+    // What fits as a whole breaks nowhere, wherever its wide characters stand.
+    if (piece.hasWide == 0 || piece.cells - at.cell <= room) return std::min(piece.cells - at.cell, room);
     return HistoryCodec::cellsThatFit(pages_[at.page].bytes(at.piece), piece.cells, at.cell, room);
 }
 
@@ -206,15 +207,15 @@ void History::advance(Layout& layout, const Position& at) const {
         ++layout.rows;
         layout.column = 0;
     }
-    if (piece.hasWide != 0) {
-        layout.rows +=
-            HistoryCodec::rowsTaken(pages_[at.page].bytes(at.piece), piece.cells, at.cell, cols_, layout.column);
-        return;
-    }
     const std::uint32_t cells = piece.cells - at.cell;
     const std::uint32_t room = cols_ - layout.column;
     if (cells <= room) {
         layout.column += cells;
+        return;
+    }
+    if (piece.hasWide != 0) {
+        layout.rows +=
+            HistoryCodec::rowsTaken(pages_[at.page].bytes(at.piece), piece.cells, at.cell, cols_, layout.column);
         return;
     }
     const std::uint32_t further = (cells - room + cols_ - 1) / cols_;
@@ -267,11 +268,16 @@ void History::appendPiece(HistoryPiece piece, std::span<const StoredCell> cells)
         page.notePayloads(cells);
         pageBytes_ += page.bytesInUse();
     }
+    hintRow_.reset();
+    if (piece.isContinuation == 0 && piece.cells <= cols_) {  // a line of its own that fits
+        ++rowsStarted_;
+        columnAtEnd_ = piece.cells;
+        return;
+    }
     Layout layout{rowsStarted_, columnAtEnd_};
     advance(layout, {.page = pages_.size() - 1, .piece = page.count() - 1});
     rowsStarted_ = layout.rows;
     columnAtEnd_ = layout.column;
-    hintRow_.reset();
 }
 
 void History::addPage(std::size_t bytes) {
@@ -289,6 +295,7 @@ void History::dropRows(std::uint64_t count) {
         clear();
         return;
     }
+    if (count == 1 && dropFrontPiece()) return;
     const Position to = count == 1 ? nextRow(front_) : rowPosition(frontRow_ + count);
     for (std::size_t page = 0; page < to.page; ++page)
         dropPage();
@@ -296,6 +303,19 @@ void History::dropRows(std::uint64_t count) {
     frontRow_ += count;
     pages_.front().firstRow = frontRow_;
     hintRow_.reset();
+}
+
+/// The oldest row when it is a whole piece and the next one starts in the same page, as nearly all do. Scrolling drops
+/// one row for each that it appends.
+bool History::dropFrontPiece() {
+    HistoryPage& page = pages_.front();
+    const std::uint32_t next = front_.piece + 1;
+    if (front_.cell != 0 || next == page.count() || page.piece(front_.piece).cells > cols_) return false;
+    if (page.piece(next).isContinuation != 0) return false;
+    front_.piece = next;
+    page.firstRow = ++frontRow_;
+    hintRow_.reset();
+    return true;
 }
 
 void History::dropPage() {

@@ -90,6 +90,7 @@ class History {
     void appendPiece(HistoryPiece piece, std::span<const StoredCell> cells);
     void addPage(std::size_t bytes);
     void dropRows(std::uint64_t count);
+    bool dropFrontPiece();
     void dropPage();
     void enforceLimits();
     void changedRows();

@@ -45,11 +45,6 @@ void spreadMore(std::uint32_t more, StoredCell& look) {
 
 }  // namespace
 
-bool isSame(const StoredCell& a, const StoredCell& b) {
-    return (((a.text ^ b.text) & StoredCell::lookMask) | (a.foreground ^ b.foreground) | (a.background ^ b.background) |
-            (a.extra ^ b.extra)) == 0;
-}
-
 std::uint8_t* write(const StoredCell& cell, std::uint8_t* out) {
     const auto style = static_cast<std::uint8_t>(cell.text >> 24);
     const std::uint16_t payload = cell.payload().code;

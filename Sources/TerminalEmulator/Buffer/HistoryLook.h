@@ -14,7 +14,10 @@ namespace orvane::HistoryLook {
 
 constexpr std::size_t maximumBytes = 15;
 
-bool isSame(const StoredCell& a, const StoredCell& b);
+inline bool isSame(const StoredCell& a, const StoredCell& b) {
+    return (((a.text ^ b.text) & StoredCell::lookMask) | (a.foreground ^ b.foreground) | (a.background ^ b.background) |
+            (a.extra ^ b.extra)) == 0;
+}
 
 /// Write and read give back where they stopped.
 std::uint8_t* write(const StoredCell& cell, std::uint8_t* out);

@@ -19,11 +19,11 @@ void Pen::setAttribute(const Attribute& attribute) {
 }
 
 void Pen::setForeground(const Attribute::Color& color) {
-    cell_.foreground = (cell_.foreground & ~colorMask) | CellColor::packed(color);
+    setForegroundBits(CellColor::packed(color));
 }
 
 void Pen::setBackground(const Attribute::Color& color) {
-    cell_.background = (cell_.background & ~colorMask) | CellColor::packed(color);
+    setBackgroundBits(CellColor::packed(color));
 }
 
 void Pen::setUnderlineColor(const std::optional<Attribute::Color>& color) {

@@ -27,6 +27,9 @@ class Pen {
     void resetAttribute() { cell_ = {cell_.text & StoredCell::protectedBit, 0, 0, cell_.extra & payloadMask}; }
     void setForeground(const Attribute::Color& color);
     void setBackground(const Attribute::Color& color);
+    /// The same with a colour as `CellColor` packs it.
+    void setForegroundBits(std::uint32_t bits) { cell_.foreground = (cell_.foreground & ~colorMask) | bits; }
+    void setBackgroundBits(std::uint32_t bits) { cell_.background = (cell_.background & ~colorMask) | bits; }
     void addStyle(Attribute::CharacterStyle style) { cell_.text |= styleBits(style); }
     void removeStyle(Attribute::CharacterStyle style) { cell_.text &= ~styleBits(style); }
     void setUnderlineStyle(Attribute::UnderlineStyle style) {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "TerminalEmulator/Parser/ParserState.h"
+#include "TerminalEmulator/Parser/StringEnd.h"
 
 namespace orvane {
 
@@ -53,13 +54,6 @@ struct CsiArguments {
     /// The prefix, if any, and the intermediates as they were received; at most the first 8 of them.
     std::string_view collect;
     char final = 0;
-};
-
-/// How an OSC or APC string ended. xterm ends the answer to a query as the query was ended.
-enum class StringEnd : std::uint8_t {
-    /// ESC, which begins a string terminator, or an 8-bit string terminator.
-    stringTerminator,
-    bell,
 };
 
 /// Where the parser stood when it met a byte that its state does not allow.
