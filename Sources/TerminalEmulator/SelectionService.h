@@ -6,6 +6,7 @@
 #include <string>
 
 #include "TerminalEmulator/Buffer/Buffer.h"
+#include "TerminalEmulator/ColumnRange.h"
 #include "TerminalEmulator/Selection/SelectionRange.h"
 
 namespace orvane {

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <string>
+
+#include "TerminalEmulator/Buffer/Buffer.h"
+#include "TerminalEmulator/ColumnRange.h"
+#include "TerminalEmulator/Position.h"
+
+namespace orvane {
+
+/// Which rows round a cell may hold one address: those that the wrap flag joins, and those of a program that breaks
+/// long addresses by itself, within a box or behind an indent, as programs that draw their whole screen do.
+///
+/// The second kind can only be guessed. Rows are taken as one when the upper one ends in an address at its right end
+/// and the lower one starts at the same column with what can be its rest: not with an address of its own, not with a
+/// list's mark, and not with a plain word that others follow.
+class ImplicitRows {
+ public:
+    static constexpr int maximumRows = 64;  ///< that are looked at above and below
+
+    /// Rows from the first to the last.
+    struct Group {
+        int first = 0;
+        int last = 0;
+    };
+
+    /// `at` must be a cell of the buffer. Nothing may change while this is in use.
+    ImplicitRows(const Buffer& buffer, const ClusterTable& clusters, Position at);
+
+    /// All rows that belong to the one of the cell.
+    Group implicitGroup() const;
+    /// The columns of a row of the group that are part of the joined text.
+    ColumnRange textCols(int row, const Group& group) const;
+
+    bool isWrapJoined(int upper) const;             ///< with the row below, by the flag
+    bool canJoinImplicitRows(int upper) const;      ///< with the row below, by their looks
+    bool isImplicitContinuationRow(int row) const;  ///< of an address that starts in a row above
+
+ private:
+    /// What stands in a row between the sides of the box.
+    struct Shape {
+        std::u32string text;  ///< one element a column; empty cells and right halves are blanks
+        int start = 0;        ///< column of the first character behind the indent and a list's mark
+        int end = 0;          ///< behind the last character
+        bool hasMark = false;
+        char32_t at(int col) const;
+        std::u32string lastRun() const;
+        std::u32string firstRun() const;
+        bool isOneRun() const { return static_cast<int>(lastRun().size()) == end - start; }
+    };
+
+    ColumnRange boxAround(Position at) const;
+    bool hasBox() const { return box_.startCol > 0 || box_.endCol < buffer_.cols(); }
+    char32_t scalarAt(Position at) const;
+    Shape shapeOf(int row) const;
+    bool isFilled(const Shape& shape) const;
+    static bool mayBeRest(const Shape& lower, bool isUpperFull);
+    Group heuristicImplicitGroup(const Group& wrapped) const;
+
+    const Buffer& buffer_;
+    const ClusterTable& clusters_;
+    Position at_;
+    ColumnRange box_;  ///< between the sides, which are not in it
+};
+
+}  // namespace orvane
