@@ -28,6 +28,10 @@ class SelectionService {
     void setBuffer(const Buffer& buffer);
     /// To be called after the buffer has changed, for the sake of `onChange`.
     void bufferChanged();
+    /// To be called when rows of the ring have moved within it: those from `top` to `bottom` went up by `by` rows, or
+    /// down when that is negative, as a scroll region or a screen without history makes them. The selection goes with
+    /// them as far as they stay between the two; one that is only partly among them ends.
+    void rowsMoved(int top, int bottom, int by);
 
     // Positions are cells, clamped to the buffer.
 

@@ -15,6 +15,8 @@ constexpr std::array<std::u32string_view, 20> schemes = {
     U"ws://",    U"wss://",  U"smb://",  U"gemini://",  U"gopher://",    U"vnc://"};
 constexpr std::u32string_view fileScheme = U"file://";
 constexpr std::u32string_view mailScheme = U"mailto:";
+// A run of addresses without "@" is read once for each of them.
+constexpr std::size_t longestMailAddress = 1024;
 constexpr std::u32string_view marks = U"-._~:/?#[]@!$&'()*+,;=%";
 constexpr std::u32string_view trailingMarks = U".,:;!?'*([";
 
@@ -65,6 +67,7 @@ std::optional<std::size_t> addressEnd(std::u32string_view text, std::size_t begi
     const std::size_t rest = begin + scheme.size();
     if (!startsHost(text.substr(rest), scheme)) return std::nullopt;
     const char32_t quote = begin > 0 && text[begin - 1] == U'\'' ? U'\'' : U'\0';
+    if (scheme == mailScheme) text = text.substr(0, rest + longestMailAddress);
     std::size_t end = runEnd(text, rest, quote);
     while (end > rest && trailingMarks.contains(text[end - 1]))
         --end;

@@ -40,6 +40,29 @@ void SelectionService::bufferChanged() {
     change(current());
 }
 
+void SelectionService::rowsMoved(int top, int bottom, int by) {
+    std::optional<State> state = current();
+    if (!state || state->range.end.row < top || state->range.start.row > bottom) return;
+    by = std::clamp(by, top - bottom - 1, bottom - top + 1);
+    const int firstRow = state->range.start.row - by;
+    const int lastRow = state->range.end.row - by;
+    const bool isPartly = state->range.start.row < top || state->range.end.row > bottom;
+    if (isPartly || firstRow > bottom || lastRow < top) {
+        change(std::nullopt);
+        return;
+    }
+    const auto move = [&](Position& at) {
+        at.row -= by;
+        const bool isBlock = state->mode == SelectionMode::block;
+        if (at.row < top) at = {top, isBlock ? at.col : 0};
+        if (at.row > bottom) at = {bottom, isBlock ? at.col : buffer_->cols()};
+    };
+    for (Position* at :
+         {&state->range.start, &state->range.end, &state->anchor.start, &state->anchor.end, &state->pivot})
+        move(*at);
+    change(state);
+}
+
 void SelectionService::startSelection(Position at, SelectionMode mode) {
     if (buffer_->count() == 0) return;
     change(stateAt(clamped(at), mode));

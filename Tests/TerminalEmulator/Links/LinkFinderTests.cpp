@@ -86,6 +86,7 @@ TEST(LinkFinderTests, AddressesEndWhereAReaderWouldEndThem) {
         {U"www.a.b a.b a@b.c", ""},
         {U"https:// https://. mailto:x", ""},
         {U"xhttps://a.b", ""},
+        {U"mailto:x.mailto:y mailto:a@b.c", "mailto:a@b.c"},
         {U"javascript:alert(1) data:x", ""},
     };
     for (const auto& [typed, text] : cases) {

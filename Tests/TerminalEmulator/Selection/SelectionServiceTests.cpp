@@ -130,7 +130,31 @@ TEST(SelectionServiceTests, ScrollingMovesTheSelectionUntilItFallsOff) {
     EXPECT_EQ(changes, 3);
 }
 
-TEST(SelectionServiceTests, EndsWithTheSizeTheBufferAndTheText) {
+TEST(SelectionServiceTests, MovesWithRowsOfAScrollRegion) {
+    struct Case {
+        int by;
+        SelectionRange range;
+    };
+    const std::vector<Case> cases = {
+        {1, {{1, 3}, {2, 5}}},  {2, {{1, 0}, {1, 5}}},   {3, {}},  {99, {}},
+        {-2, {{4, 3}, {5, 5}}}, {-3, {{5, 3}, {5, 10}}}, {-4, {}},
+    };
+    for (const Case& test : cases) {
+        Screen screen(U"", 10, 8);
+        screen.drag({2, 3}, {3, 4}, SelectionMode::character);
+        screen.selection.rowsMoved(1, 5, test.by);
+        EXPECT_EQ(screen.selection.range(), test.range) << test.by;
+    }
+    Screen screen(U"", 10, 8);
+    screen.drag({2, 3}, {3, 4}, SelectionMode::character);
+    screen.selection.rowsMoved(4, 7, 1);
+    screen.selection.rowsMoved(0, 1, 1);
+    EXPECT_EQ(screen.selection.range(), (SelectionRange{{2, 3}, {3, 5}}));
+    screen.selection.rowsMoved(3, 7, 1);
+    EXPECT_FALSE(screen.selection.hasSelection());
+}
+
+TEST(SelectionServiceTests, EndsWithTheSizeAndTheBuffer) {
     const std::vector<std::function<void(Screen&)>> ends = {
         [](Screen& screen) { screen.buffer.resize(11, 4); },
         [](Screen& screen) { screen.buffer.resize(10, 3); },
