@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <expected>
 #include <optional>
 #include <string>
@@ -21,7 +22,8 @@ struct SearchState {
 };
 
 /// Finds text in a buffer, history included. Rows that are joined by wrapping are one line, and a hit may run over
-/// several of them; what stands across lines is not found. On the thread of the buffer only.
+/// several of them; what stands across lines is not found, nor what stands across a cut of a line of more than 1,024
+/// rows (see `SearchLineCache`). On the thread of the buffer only.
 ///
 /// Failures leave the state as it was. An empty term has no hits.
 class SearchService {

@@ -16,7 +16,7 @@ std::optional<std::size_t> ImplicitLineMap::indexOf(Position cell) const {
 
 ImplicitLineMap buildImplicitLineMap(const Buffer& buffer, const ClusterTable& clusters, Position at) {
     const ImplicitRows rows(buffer, clusters, at);
-    const ImplicitRows::Group group = rows.implicitGroup();
+    const ImplicitRows::Group group = rows.heuristicImplicitGroup();
     ImplicitLineMap map;
     for (int row = group.first; row <= group.last; ++row) {
         const ColumnRange cols = rows.textCols(row, group);

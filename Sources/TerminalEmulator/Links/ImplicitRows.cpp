@@ -10,7 +10,7 @@ namespace orvane {
 namespace {
 
 constexpr std::u32string_view sentenceMarks = U".,:;!?";
-constexpr std::u32string_view marksNeverBroken = U",;!?'";  // at the end of a row they end the address
+constexpr std::u32string_view marksNeverBroken = U",;!?'*";  // at the end of a row they end the address
 
 bool isDigit(char32_t scalar) {
     return scalar >= U'0' && scalar <= U'9';
@@ -72,10 +72,13 @@ bool isRestAlone(std::u32string_view run, bool isUpperFull) {
 ImplicitRows::ImplicitRows(const Buffer& buffer, const ClusterTable& clusters, Position at)
     : buffer_(buffer), clusters_(clusters), at_(at), box_(boxAround(at)) {}
 
-ImplicitRows::Group ImplicitRows::implicitGroup() const {
-    if (hasBox()) return heuristicImplicitGroup({at_.row, at_.row});
-    return heuristicImplicitGroup(
-        {LogicalLine::firstRow(buffer_, at_.row, maximumRows), LogicalLine::lastRow(buffer_, at_.row, maximumRows)});
+ImplicitRows::Group ImplicitRows::heuristicImplicitGroup() const {
+    Group group{at_.row, at_.row};
+    while (at_.row - group.first < maximumRows && isImplicitContinuationRow(group.first))
+        --group.first;
+    while (group.last - at_.row < maximumRows && isImplicitContinuationRow(group.last + 1))
+        ++group.last;
+    return group;
 }
 
 ColumnRange ImplicitRows::textCols(int row, const Group& group) const {
@@ -97,36 +100,19 @@ bool ImplicitRows::canJoinImplicitRows(int upper) const {
     const Shape below = shapeOf(upper + 1);
     const std::u32string run = above.lastRun();
     if (run.empty() || marksNeverBroken.contains(run.back()) || !isFilled(above)) return false;
-    const bool isClosed = run.back() == U')' || run.back() == U']';
-    if (isClosed && UrlScan::hasAddress(run) && !UrlScan::addressAt(run, run.size() - 1)) return false;
     if (below.hasMark || below.start != above.start) return false;
     const int gap = box_.endCol - above.end;
     return mayBeRest(below, gap <= std::min(2, above.start - box_.startCol));
 }
 
 bool ImplicitRows::isImplicitContinuationRow(int row) const {
-    if (!canJoinImplicitRows(row - 1)) return false;
-    const Shape above = shapeOf(row - 1);
-    return above.isOneRun() || UrlScan::hasAddress(above.lastRun());
+    return row > 0 && (isWrapJoined(row - 1) || canJoinImplicitRows(row - 1));
 }
 
-ImplicitRows::Group ImplicitRows::heuristicImplicitGroup(const Group& wrapped) const {
-    Group group = wrapped;
-    bool hasHead = UrlScan::hasAddress(shapeOf(wrapped.last).lastRun());
-    bool hasHeadAbove = false;
-    while (!hasHeadAbove && wrapped.first - group.first < maximumRows && isImplicitContinuationRow(group.first)) {
-        --group.first;
-        hasHeadAbove = UrlScan::hasAddress(shapeOf(group.first).lastRun());
-    }
-    if (!hasHeadAbove) group.first = wrapped.first;
-    hasHead = hasHead || hasHeadAbove || wrapped.first < wrapped.last;
-    while (hasHead && group.last - wrapped.last < maximumRows && isImplicitContinuationRow(group.last + 1))
-        ++group.last;
-    return group;
-}
-
-/// The columns between the nearest sides of boxes to the left and right of a cell.
+/// The columns between the nearest sides of boxes to the left and right of a cell. What the terminal has wrapped runs
+/// over whole rows, whatever is drawn in it.
 ColumnRange ImplicitRows::boxAround(Position at) const {
+    if (buffer_.row(at.row).isWrapped || LogicalLine::continuesBelow(buffer_, at.row)) return {0, buffer_.cols()};
     ColumnRange box{at.col, at.col};
     while (box.startCol > 0 && !isFrameCharacter(scalarAt({at.row, box.startCol - 1})))
         --box.startCol;

@@ -27,14 +27,15 @@ class ImplicitRows {
     /// `at` must be a cell of the buffer. Nothing may change while this is in use.
     ImplicitRows(const Buffer& buffer, const ClusterTable& clusters, Position at);
 
-    /// All rows that belong to the one of the cell.
-    Group implicitGroup() const;
+    /// All rows that belong to the one of the cell. Rows that are joined without holding an address do no harm: none is
+    /// found in them.
+    Group heuristicImplicitGroup() const;
     /// The columns of a row of the group that are part of the joined text.
     ColumnRange textCols(int row, const Group& group) const;
 
     bool isWrapJoined(int upper) const;             ///< with the row below, by the flag
     bool canJoinImplicitRows(int upper) const;      ///< with the row below, by their looks
-    bool isImplicitContinuationRow(int row) const;  ///< of an address that starts in a row above
+    bool isImplicitContinuationRow(int row) const;  ///< either of the row above
 
  private:
     /// What stands in a row between the sides of the box.
@@ -46,7 +47,6 @@ class ImplicitRows {
         char32_t at(int col) const;
         std::u32string lastRun() const;
         std::u32string firstRun() const;
-        bool isOneRun() const { return static_cast<int>(lastRun().size()) == end - start; }
     };
 
     ColumnRange boxAround(Position at) const;
@@ -55,7 +55,6 @@ class ImplicitRows {
     Shape shapeOf(int row) const;
     bool isFilled(const Shape& shape) const;
     static bool mayBeRest(const Shape& lower, bool isUpperFull);
-    Group heuristicImplicitGroup(const Group& wrapped) const;
 
     const Buffer& buffer_;
     const ClusterTable& clusters_;

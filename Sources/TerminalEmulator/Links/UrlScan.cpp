@@ -88,13 +88,6 @@ bool startsAddress(std::u32string_view text) {
     return !schemeAt(text).empty();
 }
 
-bool hasAddress(std::u32string_view text) {
-    for (std::size_t begin = 0; begin < text.size(); ++begin) {
-        if (addressEnd(text, begin)) return true;
-    }
-    return false;
-}
-
 std::optional<Range> addressAt(std::u32string_view text, std::size_t index) {
     for (std::size_t begin = 0; begin <= index && begin < text.size();) {
         const std::optional<std::size_t> end = addressEnd(text, begin);

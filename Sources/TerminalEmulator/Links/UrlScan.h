@@ -17,9 +17,8 @@ struct Range {
 /// Whether the character may be part of an address (RFC 3986, and letters of all scripts as in RFC 3987).
 bool isUrlCharacter(char32_t scalar);
 
-/// Whether an address starts right here, and whether one starts anywhere.
+/// Whether the text starts with a scheme.
 bool startsAddress(std::u32string_view text);
-bool hasAddress(std::u32string_view text);
 
 /// The address that the element is part of. Punctuation that ends a sentence and a closing bracket that was not opened
 /// within the address do not belong to it.

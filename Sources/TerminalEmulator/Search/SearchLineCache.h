@@ -33,8 +33,8 @@ struct SearchBlock {
 /// The text of a buffer in blocks. Those of the history are kept, up to a bound, because it does not change between
 /// one key and the next in a search field; those of the screen are read anew each time.
 ///
-/// A line of more rows than a block is cut at the ends of blocks, so that no line is longer than 2,047 rows; what
-/// stands across such a cut is not found.
+/// A line of more rows than a block may be cut where a block ends, and one of more than 2,047 rows is; what stands
+/// across such a cut is not found.
 class SearchLineCache {
  public:
     static constexpr std::int64_t rowsPerBlock = 1024;

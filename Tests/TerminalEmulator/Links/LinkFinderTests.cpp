@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "../Buffer/BufferNotation.h"
+#include <random>
+
+#include "TerminalEmulator/Buffer/BufferNotation.h"
 #include "TerminalEmulator/Buffer/PayloadHolder.h"
 #include "TerminalEmulator/Links/ExplicitLink.h"
 
@@ -105,6 +107,7 @@ TEST(LinkFinderTests, RowsOfOneAddressAreJoined) {
         // Twenty columns. Wrapped by the terminal.
         {U"go https://a.b/cdefghijklm/nop now", {"https://a.b/cdefghijklm/nop 0:3-20 1:0-10"}},
         {U"012 https://a.b/cde一 x", {"https://a.b/cde一 0:4-19 1:0-2"}},
+        {U"│ https://a.b/cdefghijk", {"https://a.b/cdefghijk 0:2-20 1:0-3"}},
         // By a program.
         {U"https://a.b/cdefghij\nklmnop/q", {"https://a.b/cdefghijklmnop/q 0:0-20 1:0-8"}},
         {U"  https://a.b/cdefg\n  hij/klmnopqrst\n  uv1", {"https://a.b/cdefghij/klmnopqrst 0:2-19 1:2-16"}},
@@ -114,6 +117,8 @@ TEST(LinkFinderTests, RowsOfOneAddressAreJoined) {
         {U"1. x https://a.b/cde\n   f/g.", {"https://a.b/cdef/g 0:5-20 1:3-6"}},
         {U"│ https://a.b/cdef │\n│ gh/ij            │", {"https://a.b/cdefgh/ij 0:2-18 1:2-7"}},
         {U"│https://a.b/│ab\n│cde/f       │cd", {"https://a.b/cde/f 0:1-13 1:1-6"}},
+        {U"https://a.b/c?u=abcd\n1&v=https://d.e/fghi\njk/l",
+         {"https://a.b/c?u=abcd1&v=https://d.e/fghijk/l 0:0-20 1:0-20 2:0-4"}},
         // Not the same address.
         {U"https://a.b/cdefghij\nhttps://d.e/f", {"https://a.b/cdefghij 0:0-20", "https://d.e/f 1:0-13"}},
         {U"https://a.b/cdefghij\nwww.d.e/f", {"https://a.b/cdefghij 0:0-20"}},
@@ -131,6 +136,19 @@ TEST(LinkFinderTests, RowsOfOneAddressAreJoined) {
     };
     for (const auto& [typed, links] : cases)
         EXPECT_EQ(Screen(typed, 20).links(), links);
+}
+
+TEST(LinkFinderTests, AllCellsOfALinkTellTheSameLink) {
+    const std::vector<std::u32string_view> pieces = {U"https://", U"a.b", U"/", U"c1", U"(", U")",  U".",
+                                                     U" ",        U"一",  U"x", U"\n", U"│", U"● ", U"  "};
+    for (std::uint32_t seed = 1; seed <= 60; ++seed) {
+        std::mt19937 random(seed);
+        std::u32string text;
+        for (int left = 40; left > 0; --left)
+            text += pieces[random() % pieces.size()];
+        SCOPED_TRACE(seed);
+        (void)Screen(text, 8 + static_cast<int>(random() % 6)).links();  // expects it itself
+    }
 }
 
 TEST(LinkFinderTests, TheRowsThatAreJoinedAreBounded) {

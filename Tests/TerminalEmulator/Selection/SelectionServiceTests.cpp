@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "../Buffer/BufferNotation.h"
+#include "TerminalEmulator/Buffer/BufferNotation.h"
 
 namespace orvane::testing {
 namespace {
