@@ -3,6 +3,7 @@
 #define PCRE2_CODE_UNIT_WIDTH 8
 #include <pcre2.h>
 
+#include <algorithm>
 #include <array>
 #include <limits>
 #include <string>
@@ -121,7 +122,10 @@ std::expected<SearchPattern, SearchError> SearchPattern::compile(std::string_vie
     auto plain = compileForm(pattern, flags);
     // Wrapped only once it is known to be well-formed: "a)(b" would become so.
     if (plain && options.wholeWord) plain = compileForm(pattern = wholeWords(pattern), flags);
-    if (!plain) return std::unexpected(std::move(plain.error()));
+    if (!plain) {
+        plain.error().offset = std::min(plain.error().offset, term.size());  // what was put round the term is not its
+        return std::unexpected(std::move(plain.error()));
+    }
 
     auto code = std::make_unique<Code>();
     code->plain = std::move(*plain);
