@@ -11,9 +11,9 @@ namespace orvane {
 /// Which rows round a cell may hold one address: those that the wrap flag joins, and those of a program that breaks
 /// long addresses by itself, within a box or behind an indent, as programs that draw their whole screen do.
 ///
-/// The second kind can only be guessed. Rows are taken as one when the upper one ends in an address at its right end
-/// and the lower one starts at the same column with what can be its rest: not with an address of its own, not with a
-/// list's mark, and not with a plain word that others follow.
+/// The second kind can only be guessed. Rows are taken as one when the upper one is filled to its right end with what
+/// addresses are made of and the lower one starts at the same column with what can be the rest of one: not with an
+/// address of its own, not with a list's mark, and not with a plain word that others follow.
 class ImplicitRows {
  public:
     static constexpr int maximumRows = 64;  ///< that are looked at above and below
@@ -40,7 +40,7 @@ class ImplicitRows {
  private:
     /// What stands in a row between the sides of the box.
     struct Shape {
-        std::u32string text;  ///< one element a column; empty cells and right halves are blanks
+        std::u32string text;  ///< one element a column; a wide character stands in both of its own
         int start = 0;        ///< column of the first character behind the indent and a list's mark
         int end = 0;          ///< behind the last character
         bool hasMark = false;
