@@ -4,6 +4,7 @@
 #include <functional>
 #include <iosfwd>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "OrvaneCore/Support/JSONObject.h"
@@ -36,6 +37,8 @@ class ClientContext {
     bool isInteractive = false;
     /// Reads a line that a person types; empty at the end of input.
     std::function<std::string()> readAnswer;
+    /// Fills the room from the standard input and gives back how much came: less at its end alone.
+    std::function<std::size_t(std::span<char> room)> readInput;
 
     /// Asks the host and gives its result to `print`. Returns the exit status; a refusal is told in one line.
     int ask(std::string_view verb, boost::json::object arguments, const std::function<void(const JsonValue&)>& print,

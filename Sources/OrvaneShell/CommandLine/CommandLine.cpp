@@ -50,6 +50,9 @@ ClientContext makeContext() {
                          std::cerr);
     client.isInteractive = isatty(STDIN_FILENO) != 0 && isatty(STDERR_FILENO) != 0;
     client.readAnswer = readLine;
+    client.readInput = [](std::span<char> room) {
+        return static_cast<std::size_t>(std::cin.read(room.data(), std::ssize(room)).gcount());
+    };
     return client;
 }
 
@@ -69,9 +72,9 @@ int carryOut(ClientContext& client, const std::vector<std::string>& words) {
         client.output << "orvane " << ORVANE_VERSION << '\n';
         return CommandStatus::done;
     }
-    const Verb* verb = verbNamed(name);
+    const Verb* verb = verbOf(words);
     if (verb == nullptr || verb->run == nullptr) return complain(client, client.l10n.text("usage.unknownVerb", name));
-    const std::vector<std::string> rest(words.begin() + 1, words.end());
+    const std::vector<std::string> rest(words.begin() + (verb->name == name ? 1 : 2), words.end());
     if (!rest.empty() && (rest.front() == "--help" || rest.front() == "-h")) {
         client.output << HelpText::of(*verb, client.l10n);
         return CommandStatus::done;

@@ -10,7 +10,7 @@ namespace orvane::HelpText {
 namespace {
 
 std::string summary(const Verb& verb, const L10n& l10n) {
-    return l10n.text("help.verb." + std::string(verb.name));
+    return l10n.text(summaryKey(verb));
 }
 
 std::string parameterForm(const Parameter& parameter) {
@@ -40,6 +40,12 @@ std::string roff(std::string_view text) {
 }
 
 }  // namespace
+
+std::string summaryKey(const Verb& verb) {
+    std::string key = "help.verb." + std::string(verb.name);
+    std::ranges::replace(key, ' ', '.');
+    return key;
+}
 
 std::string usage(const Verb& verb) {
     std::string line(verb.name);

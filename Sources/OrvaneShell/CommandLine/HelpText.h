@@ -13,6 +13,9 @@ std::string overview(const L10n& l10n);
 /// One verb with its parameters.
 std::string of(const Verb& verb, const L10n& l10n);
 
+/// Of the text that says what the verb does: "help.verb.terminal.feed".
+std::string summaryKey(const Verb& verb);
+
 /// "rename PROJECT NAME [--json]"
 std::string usage(const Verb& verb);
 

@@ -64,8 +64,10 @@ struct Later {};
 using Outcome = std::variant<JsonValue, Refusal, Streaming, Later>;
 
 /// One verb of the command line: what people type, the half that runs in their terminal and the half that runs in the
-/// host. The text of "help.verb.<name>" says what it does.
+/// host. The text of `HelpText::summaryKey` says what
+/// it does.
 struct Verb {
+    /// One word, or two for those that share a subject ("terminal feed").
     std::string_view name;
     std::vector<Parameter> parameters = {};
     /// The client's half; returns the exit status.

@@ -11,7 +11,7 @@ std::span<const Verb> verbTable() {
     static const std::array table = {
         Verbs::host(),   Verbs::open(), Verbs::list(),   Verbs::projects(),         Verbs::rename(),
         Verbs::color(),  Verbs::move(), Verbs::remove(), Verbs::layout(),           Verbs::close(),
-        Verbs::events(), Verbs::quit(), Verbs::help(),   Verbs::activateExisting(),
+        Verbs::events(), Verbs::quit(), Verbs::terminalFeed(), Verbs::help(),   Verbs::activateExisting(),
     };
     return table;
 }
@@ -19,6 +19,12 @@ std::span<const Verb> verbTable() {
 const Verb* verbNamed(std::string_view name) {
     const auto found = std::ranges::find(verbTable(), name, &Verb::name);
     return found == verbTable().end() ? nullptr : &*found;
+}
+
+const Verb* verbOf(std::span<const std::string> words) {
+    if (words.empty()) return nullptr;
+    if (const Verb* verb = verbNamed(words[0])) return verb;
+    return words.size() > 1 ? verbNamed(words[0] + ' ' + words[1]) : nullptr;
 }
 
 }  // namespace orvane

@@ -13,4 +13,7 @@ std::span<const Verb> verbTable();
 /// Null when there is no such verb.
 const Verb* verbNamed(std::string_view name);
 
+/// The verb that the words begin with; its name may be two of them.
+const Verb* verbOf(std::span<const std::string> words);
+
 }  // namespace orvane

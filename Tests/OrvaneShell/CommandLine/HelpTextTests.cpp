@@ -23,7 +23,7 @@ TEST(HelpTextTest, everyVerbAndParameterForPeopleIsExplainedInEveryLanguage) {
         const L10n l10n{language};
         const std::string overview = HelpText::overview(l10n);
         for (const Verb& verb : verbTable()) {
-            const std::string key = "help.verb." + std::string(verb.name);
+            const std::string key = HelpText::summaryKey(verb);
             const std::string line = "\n  " + std::string(verb.name) + " ";
             EXPECT_EQ(overview.contains(line), !verb.isHidden) << name << " " << verb.name;
             if (verb.isHidden) continue;

@@ -15,14 +15,15 @@ int run(ClientContext& client, const Arguments& arguments) {
         client.output << HelpText::manualPage(client.l10n);
         return CommandStatus::done;
     }
-    const std::string name = arguments.value("verb");
-    if (name.empty()) {
+    std::vector<std::string> words = {arguments.value("verb")};
+    if (words.front().empty()) {
         client.output << HelpText::overview(client.l10n);
         return CommandStatus::done;
     }
-    const Verb* verb = verbNamed(name);
+    if (const std::string second = arguments.value("second"); !second.empty()) words.push_back(second);
+    const Verb* verb = verbOf(words);
     if (verb == nullptr || verb->isHidden) {
-        client.errors << client.l10n.text("usage.unknownVerb", name) << '\n';
+        client.errors << client.l10n.text("usage.unknownVerb", arguments.value("verb")) << '\n';
         return CommandStatus::wrongUsage;
     }
     client.output << HelpText::of(*verb, client.l10n);
@@ -34,6 +35,8 @@ int run(ClientContext& client, const Arguments& arguments) {
 Verb help() {
     return {.name = "help",
             .parameters = {{.kind = Parameter::Kind::optional, .name = "VERB", .textKey = "help.parameter.verb"},
+                           // of a verb that has two words
+                           {.kind = Parameter::Kind::optional, .name = "SECOND"},
                            {.kind = Parameter::Kind::flag, .name = "--man", .textKey = "help.parameter.man"}},
             .run = run};
 }

@@ -17,6 +17,7 @@ Verb layout();
 Verb close();
 Verb events();
 Verb quit();
+Verb terminalFeed();
 Verb help();
 /// What a second start of the host sends to the first.
 Verb activateExisting();
