@@ -1,32 +1,30 @@
 // What the history costs: bytes for each line, the time to break it anew at another width, the time of a scrolled line.
-// Medians of five runs of one thread, from the same text each time. Build it in Release.
+// Medians of several runs of one thread, from the same text each time.
 
-// NOLINTBEGIN(modernize-use-std-print): g++ 12 has no <print>
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
+#include <exception>
 #include <string>
 #include <vector>
 
+#include "Support/LogLine.h"
+#include "Support/Report.h"
+#include "Support/Statistics.h"
 #include "TerminalEmulator/Buffer/Buffer.h"
+
+namespace orvane::benchmark {
 
 namespace {
 
-using orvane::Buffer;
-using orvane::Pen;
-
-constexpr int runs = 5;
-constexpr int logLines = 100'000;
-
-/// A line as logs have them, `length` characters long and different each time.
-std::string logLine(int number, std::size_t length) {
-    std::string line = "2031-04-07T12:00:00.000Z INFO  worker[" + std::to_string(number) +
-                       "]: request served from the cache, 200, 5321 bytes in 12 ms, next in line is the ";
-    line.resize(length, 'x');
-    return line;
-}
+struct Settings {
+    int runs = 5;
+    int logLines = 100'000;
+};
 
 void feed(Buffer& buffer, const std::vector<std::string>& lines) {
     const Pen pen;
@@ -48,99 +46,117 @@ std::vector<std::string> logOf(int count, std::size_t length) {
     return lines;
 }
 
-double milliseconds(const std::function<void()>& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
 void require(bool condition, const char* what) {
     if (condition) return;
-    std::fprintf(stderr, "buffer-bench: %s\n", what);
-    std::exit(1);
+    fmt::print(stderr, "buffer-bench: {}\n", what);
+    std::exit(EXIT_FAILURE);
 }
 
-void measureMemory(std::size_t length) {
+double resizeMilliseconds(Buffer& buffer, int cols, int rows) {
+    return timeOf<std::chrono::milliseconds>([&] { buffer.resize(cols, rows); });
+}
+
+void measureMemory(const Settings& settings, std::size_t length) {
     Buffer buffer(200, 50, 8, 400'000);
     buffer.fillViewportRows();
     const std::size_t before = buffer.bytesInUse();
-    feed(buffer, logOf(logLines, length));
-    std::printf("%3zu characters at 200 columns: %6.1f bytes a history line\n", length,
-                static_cast<double>(buffer.bytesInUse() - before) / buffer.yBase());
+    feed(buffer, logOf(settings.logLines, length));
+    report({.name = fmt::format("history line of {} characters, 200 columns", length),
+            .values = fmt::format("{:.1f}", static_cast<double>(buffer.bytesInUse() - before) / buffer.yBase()),
+            .unit = "bytes"});
 }
 
-void measureReflow() {
+void measureReflow(const Settings& settings) {
     Buffer buffer(200, 50, 8, 400'000);
     buffer.fillViewportRows();
-    feed(buffer, logOf(logLines, 96));
+    feed(buffer, logOf(settings.logLines, 96));
     std::vector<double> narrowing;
     std::vector<double> widening;
     std::vector<double> height;
     const int wideRows = buffer.yBase();
-    for (int run = 0; run < runs; ++run) {
-        narrowing.push_back(milliseconds([&] { buffer.resize(80, 50); }));
-        require(buffer.yBase() > 2 * logLines - 100, "narrowing did not break the lines");
+    for (int run = 0; run < settings.runs; ++run) {
+        narrowing.push_back(resizeMilliseconds(buffer, 80, 50));
+        require(buffer.yBase() > 2 * settings.logLines - 100, "narrowing did not break the lines");
         require(buffer.row(1).isWrapped && buffer.row(1).getTrimmedLength() == 16, "a row was not broken right");
-        widening.push_back(milliseconds([&] { buffer.resize(200, 50); }));
+        widening.push_back(resizeMilliseconds(buffer, 200, 50));
         require(buffer.yBase() == wideRows, "widening did not restore the rows");
-        height.push_back(milliseconds([&] { buffer.resize(200, 30); }));
+        height.push_back(resizeMilliseconds(buffer, 200, 30));
         buffer.resize(200, 50);
     }
-    std::printf("%d lines of 96, 200 to 80 columns: %8.3f ms, back: %8.3f ms\n", logLines, median(narrowing),
-                median(widening));
-    std::printf("height alone, 50 to 30 rows:           %8.3f ms\n", median(height));
+    reportMilliseconds(fmt::format("{} lines of 96, 200 to 80 columns", settings.logLines), narrowing);
+    reportMilliseconds("and back", widening);
+    reportMilliseconds("height alone, 50 to 30 rows", height);
 }
 
 /// Rows with wide characters have to be read to know where they break.
-void measureWideReflow() {
+void measureWideReflow(const Settings& settings) {
     Buffer buffer(200, 50, 8, 400'000);
     buffer.fillViewportRows();
-    for (int number = 0; number < logLines; ++number) {
+    for (int number = 0; number < settings.logLines; ++number) {
         for (int col = 0; col < 96; col += 2)
             buffer.line(49).writeCell(col, 0x4E00 + col, 2, {});
         buffer.scrollUp(0, 49, {});
     }
     std::vector<double> narrowing;
     std::vector<double> widening;
-    for (int run = 0; run < runs; ++run) {
-        narrowing.push_back(milliseconds([&] { buffer.resize(79, 50); }));
-        require(buffer.row(10'000).getTrimmedLength() <= 78, "a wide character was cut");
-        widening.push_back(milliseconds([&] { buffer.resize(200, 50); }));
+    for (int run = 0; run < settings.runs; ++run) {
+        narrowing.push_back(resizeMilliseconds(buffer, 79, 50));
+        require(buffer.row(settings.logLines / 10).getTrimmedLength() <= 78, "a wide character was cut");
+        widening.push_back(resizeMilliseconds(buffer, 200, 50));
     }
-    std::printf("%d lines of 48 wide, 200 to 79 columns: %6.3f ms, back: %8.3f ms\n", logLines, median(narrowing),
-                median(widening));
+    reportMilliseconds(fmt::format("{} lines of 48 wide, 200 to 79 columns", settings.logLines), narrowing);
+    reportMilliseconds("and back", widening);
 }
 
-void measureScroll(int cols, std::size_t length, int scrollback) {
-    const std::vector<std::string> lines = logOf(logLines, length);
+struct Scrolling {
+    int cols = 0;
+    std::size_t length = 0;
+    int scrollback = 0;
+};
+
+void measureScroll(const Settings& settings, const Scrolling& scrolling) {
+    const std::vector<std::string> lines = logOf(settings.logLines, scrolling.length);
     std::vector<double> times;
-    for (int run = 0; run < runs; ++run) {
-        Buffer buffer(cols, 50, 8, scrollback);
+    for (int run = 0; run < settings.runs; ++run) {
+        Buffer buffer(scrolling.cols, 50, 8, scrolling.scrollback);
         buffer.fillViewportRows();
-        times.push_back(milliseconds([&] { feed(buffer, lines); }));
-        require(buffer.yBase() == std::min(scrollback, logLines - 49), "lines are missing");
+        times.push_back(timeOf<std::chrono::nanoseconds>([&] { feed(buffer, lines); }));
+        require(buffer.yBase() == std::min(scrolling.scrollback, settings.logLines - 49), "lines are missing");
     }
-    const double nanoseconds = median(times) * 1e6 / logLines;
-    std::printf("write and scroll %3zu of %3d columns, %6d lines of history: %7.1f ns a line, %7.1f MB/s\n", length,
-                cols, scrollback, nanoseconds, static_cast<double>(length) * 1e3 / nanoseconds);
+    const double nanoseconds = summary(times).median / settings.logLines;
+    report({.name =
+                fmt::format("scroll {} of {} columns, {} kept", scrolling.length, scrolling.cols, scrolling.scrollback),
+            .values = fmt::format("{:.1f} ns a line, {:.1f}", nanoseconds,
+                                  static_cast<double>(scrolling.length) * 1e3 / nanoseconds),
+            .unit = "MB/s"});
+}
+
+constexpr Scrolling scrollings[] = {
+    {200, 96, 400'000}, {200, 96, 10'000}, {80, 78, 10'000}, {80, 2, 10'000}, {80, 78, 0},
+};
+
+void measureAll(const Settings& settings) {
+    for (const std::size_t length : {96U, 2U})
+        measureMemory(settings, length);
+    measureReflow(settings);
+    measureWideReflow(settings);
+    for (const Scrolling& scrolling : scrollings)
+        measureScroll(settings, scrolling);
 }
 
 }  // namespace
 
-int main() {
-    measureMemory(96);
-    measureMemory(2);
-    measureReflow();
-    measureWideReflow();
-    measureScroll(200, 96, 400'000);
-    measureScroll(200, 96, 10'000);
-    measureScroll(80, 78, 10'000);
-    measureScroll(80, 2, 10'000);
-    measureScroll(80, 78, 0);
+}  // namespace orvane::benchmark
+
+int main(int argc, char** argv) try {
+    using namespace orvane::benchmark;
+    bool isQuick = false;
+    CLI::App app("Measures the buffer of the terminal: memory, reflow, scrolling.");
+    app.add_flag("--quick", isQuick, "A short log once, to see that it works");
+    CLI11_PARSE(app, argc, argv);
+    measureAll(isQuick ? Settings{.runs = 1, .logLines = 2000} : Settings{});
+    return 0;
+} catch (const std::exception& exception) {
+    std::fputs(exception.what(), stderr);
+    return 1;
 }
-// NOLINTEND(modernize-use-std-print)

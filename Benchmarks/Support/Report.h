@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvane::benchmark {
 
@@ -13,12 +14,16 @@ struct Figure {
     /// "min 8.12  median 9.40"
     std::string values;
     std::string_view unit;
-    /// The value that is compared with the most that it should be.
+    /// The value that is compared with the most or the least that it should be.
     double value = 0;
     std::optional<double> atMost;
+    std::optional<double> atLeast;
 };
 
 /// Prints the figure as one line, in columns with those of other calls.
 void report(const Figure& figure);
+
+/// The least and the median of samples of a time. At least one.
+void reportMilliseconds(std::string name, const std::vector<double>& samples);
 
 }  // namespace orvane::benchmark
