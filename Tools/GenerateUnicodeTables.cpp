@@ -1,5 +1,5 @@
-// Reads the Unicode character database and writes the two-stage table that Sources/TerminalEmulator/Unicode/UnicodeTable.h
-// describes.
+// Reads the Unicode character database and writes the two-stage table that
+// Sources/TerminalEmulator/Unicode/UnicodeTable.h describes.
 
 #include <fmt/format.h>
 

@@ -13,7 +13,8 @@ struct ProgressReport {
     ProgressReportState state = ProgressReportState::remove;
     std::optional<std::uint8_t> progress;  ///< percent, 0 to 100
 
-    /// Of what follows "9;" in the command. Nothing when it is no progress report, for OSC 9 also carries notifications.
+    /// Of what follows "9;" in the command. Nothing when it is no progress report, for OSC 9 also carries
+    /// notifications.
     static std::optional<ProgressReport> parse(std::string_view payload);
 
     bool operator==(const ProgressReport&) const = default;

@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "TerminalEmulator/Engine/ColorFunctions.h"
+#include "TerminalEmulator/Engine/FurtherColors.h"
 #include "TerminalEmulator/Engine/InputReports.h"
 #include "TerminalEmulator/Engine/TerminalEngine.h"
 #include "TerminalEmulator/LogicalLine.h"
-#include "TerminalEmulator/Engine/ColorFunctions.h"
 
 namespace orvane {
 
@@ -48,6 +49,11 @@ void Terminal::registerOscHandler(int code, OscHandler handler) {
     } else {
         engine_->oscHandlers.erase(code);
     }
+}
+
+void Terminal::registerFurtherColors() {
+    for (auto& [code, handler] : furtherColorHandlers(engine_->state))
+        registerOscHandler(code, std::move(handler));
 }
 
 int Terminal::cols() const {

@@ -66,6 +66,10 @@ class Terminal {
     void resetToInitialState();
     /// A handler for this OSC goes before what the terminal does itself; an empty one is taken away.
     void registerOscHandler(int code, OscHandler handler);
+    /// Registers handlers for the commands of colours that xterm knows beyond foreground, background, cursor and
+    /// palette: bold text, the pointer, the selection and the like (OSC 5, 13 to 19 and those that reset them). They
+    /// are held and told; nothing here is drawn in them.
+    void registerFurtherColors();
 
     // Screen and history. A `Position` counts rows of the ring from its oldest.
     int cols() const;
@@ -76,8 +80,8 @@ class Terminal {
     const Buffer& altBuffer() const;
     bool isAlternateBufferActive() const;
     const ClusterTable& clusters() const;
-    RowView getLine(int row) const;                           ///< of the viewport
-    RowView getScrollInvariantLine(std::int64_t row) const;   ///< `row` less `Buffer::linesTop` is its place in the ring
+    RowView getLine(int row) const;                          ///< of the viewport
+    RowView getScrollInvariantLine(std::int64_t row) const;  ///< `row` less `Buffer::linesTop` is its place in the ring
     std::optional<CharData> getCharData(int col, int row) const;  ///< of the viewport
     std::string getCharacter(int col, int row) const;
     /// From the first position up to, not including, the second; rows that end a line end with a line feed, and blanks

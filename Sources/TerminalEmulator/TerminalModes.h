@@ -25,25 +25,25 @@ struct KeyboardModeState {
 
 /// What programs switch on and off. Wraparound and the like are here, margins and saved cursors with their `Buffer`.
 struct TerminalModes {
-    bool applicationCursor = false;      ///< DECCKM
-    bool applicationKeypad = false;      ///< DECKPAM, 66
-    bool reverseVideo = false;           ///< DECSCNM
-    bool smoothScroll = false;           ///< DECSCLM
-    bool originMode = false;             ///< DECOM
-    bool marginMode = false;             ///< DECLRMM
-    bool insertMode = false;             ///< IRM
-    bool lineFeedMode = false;           ///< LNM
-    bool wraparound = true;              ///< DECAWM
-    bool reverseWraparound = false;      ///< 45
+    bool applicationCursor = false;          ///< DECCKM
+    bool applicationKeypad = false;          ///< DECKPAM, 66
+    bool reverseVideo = false;               ///< DECSCNM
+    bool smoothScroll = false;               ///< DECSCLM
+    bool originMode = false;                 ///< DECOM
+    bool marginMode = false;                 ///< DECLRMM
+    bool insertMode = false;                 ///< IRM
+    bool lineFeedMode = false;               ///< LNM
+    bool wraparound = true;                  ///< DECAWM
+    bool reverseWraparound = false;          ///< 45
     bool extendedReverseWraparound = false;  ///< 1045: also over rows that were not wrapped
-    bool cursorBlink = false;            ///< 12
-    bool cursorHidden = false;           ///< DECTCEM reset
-    bool allow80To132 = false;           ///< 40
-    bool keepsScreenOnColumnMode = false;  ///< DECNCSM
-    bool is132Columns = false;           ///< DECCOLM
-    bool bracketedPasteMode = false;     ///< 2004
-    bool sendFocus = false;              ///< 1004
-    bool synchronizedOutputActive = false;  ///< 2026
+    bool cursorBlink = false;                ///< 12
+    bool cursorHidden = false;               ///< DECTCEM reset
+    bool allow80To132 = false;               ///< 40
+    bool keepsScreenOnColumnMode = false;    ///< DECNCSM
+    bool is132Columns = false;               ///< DECCOLM
+    bool bracketedPasteMode = false;         ///< 2004
+    bool sendFocus = false;                  ///< 1004
+    bool synchronizedOutputActive = false;   ///< 2026
     MouseMode mouseMode = MouseMode::off;
     MouseProtocol mouseProtocol = MouseProtocol::x10;
 

@@ -5,8 +5,8 @@
 
 namespace orvane {
 
-/// What a program asks of the window that shows it (XTWINOPS, `CSI … t`). Places and widths are in pixels, columns, rows
-/// and lines in cells. As xterm has it, -1 leaves a measure as it is and 0 asks for all that the screen has.
+/// What a program asks of the window that shows it (XTWINOPS, `CSI … t`). Places and widths are in pixels, columns,
+/// rows and lines in cells. As xterm has it, -1 leaves a measure as it is and 0 asks for all that the screen has.
 struct WindowManipulationCommand {
     struct MoveWindowTo {
         int x = 0;

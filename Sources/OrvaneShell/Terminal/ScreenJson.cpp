@@ -24,17 +24,16 @@ bool has(const Attribute& attribute, Style style) {
 
 std::optional<JsonValue> colorJson(const Attribute::Color& color) {
     using Color = Attribute::Color;
-    return std::visit(
-        Overloaded{
-            [](const Color::DefaultColor&) { return std::optional<JsonValue>(); },
-            [](const Color::DefaultInvertedColor&) { return std::optional<JsonValue>(); },
-            [](const Color::Ansi256& indexed) { return std::optional<JsonValue>(indexed.code); },
-            [](const Color::TrueColor& direct) {
-                return std::optional<JsonValue>(
-                    fmt::format("#{:02x}{:02x}{:02x}", direct.red, direct.green, direct.blue));
-            },
-        },
-        color.value);
+    return std::visit(Overloaded{
+                          [](const Color::DefaultColor&) { return std::optional<JsonValue>(); },
+                          [](const Color::DefaultInvertedColor&) { return std::optional<JsonValue>(); },
+                          [](const Color::Ansi256& indexed) { return std::optional<JsonValue>(indexed.code); },
+                          [](const Color::TrueColor& direct) {
+                              return std::optional<JsonValue>(
+                                  fmt::format("#{:02x}{:02x}{:02x}", direct.red, direct.green, direct.blue));
+                          },
+                      },
+                      color.value);
 }
 
 std::string_view underlineName(Underline style) {

@@ -14,13 +14,14 @@ struct Designation {
     Charset charset;
 };
 
+// A set that has several is told by its first.
 constexpr Designation designationsOf94[] = {
     {"B", Charset::ascii},
     {"1", Charset::ascii},
     {"0", Charset::decSpecialGraphics},
     {"2", Charset::decSpecialGraphics},
-    {"<", Charset::decSupplemental},
     {"%5", Charset::decSupplemental},
+    {"<", Charset::decSupplemental},
     {">", Charset::decTechnical},
     {"A", Charset::unitedKingdom},
     {"4", Charset::dutch},

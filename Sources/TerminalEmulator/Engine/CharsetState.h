@@ -12,8 +12,8 @@ namespace orvane {
 /// into the right half (LS1R to LS3R) is held and has no effect.
 struct CharsetState {
     std::array<Charset, 4> gCharsets{};
-    std::uint8_t gLevel = 0;       ///< in the left half, which text goes through
-    std::uint8_t gRightLevel = 2;  ///< in the right half
+    std::uint8_t gLevel = 0;                  ///< in the left half, which text goes through
+    std::uint8_t gRightLevel = 2;             ///< in the right half
     std::optional<std::uint8_t> singleShift;  ///< SS2, SS3: for the next character alone
 
     Charset current() const { return gCharsets[singleShift.value_or(gLevel)]; }

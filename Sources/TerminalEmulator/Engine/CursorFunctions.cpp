@@ -41,8 +41,8 @@ bool stepToRowAbove(TerminalState& state) {
     Buffer& buffer = *state.buffer;
     const bool isTop = buffer.y() == buffer.scrollTop() || buffer.y() == 0;
     if (isTop && !state.modes.extendedReverseWraparound) return false;
-    const int above = isTop ? (buffer.y() == 0 && buffer.scrollTop() > 0 ? state.rows() - 1 : buffer.scrollBottom())
-                            : buffer.y() - 1;
+    const int above =
+        isTop ? (buffer.y() == 0 && buffer.scrollTop() > 0 ? state.rows() - 1 : buffer.scrollBottom()) : buffer.y() - 1;
     state.placeCursor(state.rightMargin(), above);
     return true;
 }
@@ -65,8 +65,8 @@ void forward(TerminalState& state, const ParserParameters& parameters) {
 
 void back(TerminalState& state, int count) {
     Buffer& buffer = *state.buffer;
-    const bool mayWrap = state.modes.wraparound &&
-                         (state.modes.reverseWraparound || state.modes.extendedReverseWraparound);
+    const bool mayWrap =
+        state.modes.wraparound && (state.modes.reverseWraparound || state.modes.extendedReverseWraparound);
     // The cursor stands behind the last column then, so the first step only takes back the pending wrap.
     if (mayWrap && buffer.isWrapPending) --count;
     buffer.isWrapPending = false;

@@ -19,13 +19,13 @@ void columnsOn(TerminalState& state, const ParserParameters& parameters);     //
 void rowsOn(TerminalState& state, const ParserParameters& parameters);        ///< VPR
 void toPosition(TerminalState& state, const ParserParameters& parameters);    ///< CUP, HVP
 
-void tabForward(TerminalState& state, int count);  ///< HT, CHT
-void tabBack(TerminalState& state, int count);     ///< CBT
-void setTab(TerminalState& state);                 ///< HTS
-void clearTabs(TerminalState& state, const ParserParameters& parameters);        ///< TBC
+void tabForward(TerminalState& state, int count);                                  ///< HT, CHT
+void tabBack(TerminalState& state, int count);                                     ///< CBT
+void setTab(TerminalState& state);                                                 ///< HTS
+void clearTabs(TerminalState& state, const ParserParameters& parameters);          ///< TBC
 void setTabsEveryEight(TerminalState& state, const ParserParameters& parameters);  ///< DECST8C
 
-void setRegion(TerminalState& state, const ParserParameters& parameters);            ///< DECSTBM
-void setMarginsOrSave(TerminalState& state, const ParserParameters& parameters);     ///< DECSLRM, or else SCOSC
+void setRegion(TerminalState& state, const ParserParameters& parameters);         ///< DECSTBM
+void setMarginsOrSave(TerminalState& state, const ParserParameters& parameters);  ///< DECSLRM, or else SCOSC
 
 }  // namespace orvane::CursorFunctions

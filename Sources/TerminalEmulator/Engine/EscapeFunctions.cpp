@@ -4,6 +4,7 @@
 
 #include "TerminalEmulator/Engine/CursorFunctions.h"
 #include "TerminalEmulator/Engine/EditFunctions.h"
+#include "TerminalEmulator/Engine/ReportFunctions.h"
 
 namespace orvane::EscapeFunctions {
 
@@ -52,6 +53,9 @@ bool plain(TerminalState& state, char final) {
             return true;
         case 'M':
             state.reverseIndex();
+            return true;
+        case 'Z':  // DECID
+            ReportFunctions::sendPrimaryAttributes(state);
             return true;
         case '6':
             EditFunctions::backIndex(state);

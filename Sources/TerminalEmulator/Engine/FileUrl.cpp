@@ -43,7 +43,7 @@ std::optional<std::string> localPath(std::string_view url, std::string_view host
         if (!isHere) return std::nullopt;
         rest.remove_prefix(end);
     }
-    const std::string path = unescaped(rest);
+    std::string path = unescaped(rest);
     if (!path.starts_with('/') || hasControls(path)) return std::nullopt;
     return path;
 }

@@ -71,11 +71,13 @@ void setPrivate(TerminalState& state, const ParserParameters& parameters, Switch
 }
 
 void reportAnsi(TerminalState& state, const ParserParameters& parameters) {
+    if (state.conformance < TerminalConformance::vt300) return;
     const std::int32_t mode = parameters.values[0];
     state.sendCsi(fmt::format("{};{}$y", mode, ansiState(state, mode)));
 }
 
 void reportPrivate(TerminalState& state, const ParserParameters& parameters) {
+    if (state.conformance < TerminalConformance::vt300) return;
     const std::int32_t mode = parameters.values[0];
     state.sendCsi(fmt::format("?{};{}$y", mode, privateState(state, mode)));
 }

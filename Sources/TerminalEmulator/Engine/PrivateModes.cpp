@@ -11,9 +11,6 @@ namespace {
 
 using ModeFunctions::Switch;
 
-constexpr int narrowColumns = 80;
-constexpr int wideColumns = 132;
-
 using Flag = bool TerminalModes::*;
 
 template <Flag flag>
@@ -41,19 +38,23 @@ void resetMargins(TerminalState& state) {
     state.buffer->setMarginRight(state.cols() - 1);
 }
 
-/// DECCOLM. The owner of the window is asked for the size; a program that is trusted need not wait for it.
+/// DECCOLM.
 void setColumnMode(TerminalState& state, Switch to) {
     if (!state.modes.allow80To132) return;
     state.modes.is132Columns = to == Switch::on;
-    const int cols = to == Switch::on ? wideColumns : narrowColumns;
-    state.delegate.windowCommand({WindowManipulationCommand::ResizeTerminal{.cols = cols, .rows = state.rows()}});
-    if (state.delegate.isProcessTrusted()) state.resize(cols, state.rows());
+    const int cols = to == Switch::on ? TerminalState::wideColumns : TerminalState::narrowColumns;
+    state.resizeForProgram(cols, state.rows());
     state.modes.marginMode = false;
     resetMargins(state);
     state.buffer->setScrollTop(0);
     state.buffer->setScrollBottom(state.rows() - 1);
     state.placeCursor(0, 0);
     if (!state.modes.keepsScreenOnColumnMode) state.clearScreen(*state.buffer);
+}
+
+/// DECNCSM.
+void setKeepsScreen(TerminalState& state, Switch to) {
+    if (state.conformance == TerminalConformance::vt500) setFlag<&TerminalModes::keepsScreenOnColumnMode>(state, to);
 }
 
 void setReverseVideo(TerminalState& state, Switch to) {
@@ -90,6 +91,7 @@ bool isCursorShown(const TerminalState& state) {
 
 /// DECLRMM. Rows of double width and margins do not go together (VT510 programmer information, DECLRMM).
 void setMarginMode(TerminalState& state, Switch to) {
+    if (state.conformance < TerminalConformance::vt400) return;
     setFlag<&TerminalModes::marginMode>(state, to);
     if (to == Switch::off) {
         resetMargins(state);
@@ -205,7 +207,7 @@ constexpr Mode modes[] = {
     {47, setAlternate, isAlternate},
     flagMode<&M::applicationKeypad>(66),  // DECNKM
     {69, setMarginMode, isFlag<&M::marginMode>},
-    flagMode<&M::keepsScreenOnColumnMode>(95),  // DECNCSM
+    {95, setKeepsScreen, isFlag<&M::keepsScreenOnColumnMode>},
     mouseMode<MouseMode::vt200>(1000),
     mouseMode<MouseMode::buttonEventTracking>(1002),
     mouseMode<MouseMode::anyEvent>(1003),

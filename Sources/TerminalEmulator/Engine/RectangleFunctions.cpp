@@ -173,8 +173,8 @@ void reverseAttributes(TerminalState& state, const ParserParameters& parameters)
 
 void selectExtent(TerminalState& state, const ParserParameters& parameters) {
     if (parameters.values[0] > 2) return;
-    state.attributeExtent = parameters.values[0] == 2 ? TerminalState::AttributeExtent::rectangle
-                                                      : TerminalState::AttributeExtent::stream;
+    state.attributeExtent =
+        parameters.values[0] == 2 ? TerminalState::AttributeExtent::rectangle : TerminalState::AttributeExtent::stream;
 }
 
 }  // namespace orvane::RectangleFunctions

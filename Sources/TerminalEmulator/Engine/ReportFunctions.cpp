@@ -51,10 +51,13 @@ std::string_view colorScheme(const TerminalState& state) {
 
 }  // namespace
 
-void primaryAttributes(TerminalState& state, const ParserParameters& parameters) {
-    if (parameters.values[0] != 0) return;
+void sendPrimaryAttributes(TerminalState& state) {
     const Identity& row = identity(state);
     state.sendCsi(state.options.enableSixelReported ? row.sixelPrimary : row.primary);
+}
+
+void primaryAttributes(TerminalState& state, const ParserParameters& parameters) {
+    if (parameters.values[0] == 0) sendPrimaryAttributes(state);
 }
 
 void secondaryAttributes(TerminalState& state, const ParserParameters& parameters) {
@@ -129,11 +132,12 @@ void preferredSupplemental(TerminalState& state, const ParserParameters& /*param
     state.sendDcs("0!u%5");
 }
 
-/// Levels 61 to 65; the second parameter asks for answers with 7 (1) or 8 (0, 2) bits and counts from level 2 on.
+/// Levels 61 to 65, a change of which resets all else, as on the hardware; the second parameter asks for answers with 7
+/// (1) or 8 (0, 2) bits and counts from level 2 on.
 void selectConformance(TerminalState& state, const ParserParameters& parameters) {
     const std::int32_t level = parameters.values[0] - 60;
     if (level < 1 || level > 5) return;
-    state.softReset();
+    state.reset();
     state.conformance = static_cast<TerminalConformance>(level);
     const std::int32_t bits = parameters.size() > 1 ? parameters.values[1] : 1;
     state.send8bit = level > 1 && (bits == 0 || bits == 2);

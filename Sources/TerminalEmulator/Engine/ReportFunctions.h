@@ -6,6 +6,7 @@
 /// What the terminal answers about itself.
 namespace orvane::ReportFunctions {
 
+void sendPrimaryAttributes(TerminalState& state);                                    ///< DECID
 void primaryAttributes(TerminalState& state, const ParserParameters& parameters);    ///< DA1, CSI c
 void secondaryAttributes(TerminalState& state, const ParserParameters& parameters);  ///< DA2, CSI > c
 void tertiaryAttributes(TerminalState& state, const ParserParameters& parameters);   ///< DA3, CSI = c

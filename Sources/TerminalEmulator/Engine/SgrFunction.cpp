@@ -59,7 +59,8 @@ void setDirect(Pen& pen, ColorTarget target, std::uint8_t red, std::uint8_t gree
 }
 
 void setDirect(Pen& pen, ColorTarget target, std::span<const std::int32_t> rgb) {
-    if (std::ranges::all_of(rgb.first(3), isByte)) setDirect(pen, target, byteOf(rgb[0]), byteOf(rgb[1]), byteOf(rgb[2]));
+    if (std::ranges::all_of(rgb.first(3), isByte))
+        setDirect(pen, target, byteOf(rgb[0]), byteOf(rgb[1]), byteOf(rgb[2]));
 }
 
 /// `values` are those behind the 38, 48 or 58, joined to it by colons.

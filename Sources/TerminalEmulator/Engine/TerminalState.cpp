@@ -237,6 +237,11 @@ void TerminalState::resize(int cols, int rows) {
     delegate.sizeChanged(cols, rows);
 }
 
+void TerminalState::resizeForProgram(int cols, int rows) {
+    delegate.windowCommand({WindowManipulationCommand::ResizeTerminal{.cols = cols, .rows = rows}});
+    if (delegate.isProcessTrusted()) resize(cols, rows);
+}
+
 void TerminalState::activate(Buffer& screen) {
     if (buffer == &screen) return;
     screen.fillViewportRows();
@@ -319,6 +324,7 @@ void TerminalState::reset() {
     const bool wasHidden = modes.cursorHidden;
     const bool hadMouse = modes.mouseMode != MouseMode::off;
     const bool wasAlternate = isAlternate();
+    if (modes.is132Columns) resizeForProgram(narrowColumns, rows());
     resetModes();
     titles.terminalTitleStack.clear();
     titles.terminalIconStack.clear();
@@ -355,7 +361,6 @@ void TerminalState::softReset() {
     modes.extendedReverseWraparound = false;
     modes.applicationKeypad = false;
     modes.applicationCursor = false;
-    modes.marginMode = false;
     protectedMode = ProtectedMode::off;
     charsets = {};
     keyboardMode() = {};

@@ -119,6 +119,10 @@ class TerminalState {
     void saveCursor();     ///< DECSC
     void restoreCursor();  ///< DECRC
     void resize(int cols, int rows);
+    static constexpr int narrowColumns = 80;  ///< of DECCOLM
+    static constexpr int wideColumns = 132;
+    /// DECCOLM: the owner of the window is asked for the size; a program that is trusted need not wait for it.
+    void resizeForProgram(int cols, int rows);
     /// Shows the screen, and tells the delegate when it is another one. The cursor stays where it is.
     void activate(Buffer& screen);
     void clearScreen(Buffer& screen);  ///< all rows, with the background in use; the history stays

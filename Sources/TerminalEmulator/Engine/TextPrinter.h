@@ -42,8 +42,8 @@ class TextPrinter {
 
     TerminalState& state_;
     Utf8Decoder decoder_;
-    int limit_ = 0;  ///< `rightLimit()` of the row that is being written
-    char32_t lastScalar_ = 0;  ///< what REP repeats; 0 for nothing
+    int limit_ = 0;             ///< `rightLimit()` of the row that is being written
+    char32_t lastScalar_ = 0;   ///< what REP repeats; 0 for nothing
     bool afterJoiner_ = false;  ///< a joiner was the last that was printed, wherever the cursor is now
 };
 

@@ -76,7 +76,9 @@ TEST(TextTest, countsCutsAndTruncatesCharacters) {
 TEST(TextTest, measuresTheColumnsOfATerminal) {
     // A letter of conjoining parts, selectors behind an emoji and behind none, joiners, and malformed bytes among them.
     auto cases = table<2>(
-        "|0; plain|5; 日本語|6; 한국|4; Ａ１|4; ｶﾅ|2; 👨‍👩‍👧|2; 👍🏽|2; 🇩🇪🇫🇷|4; 🇩x|2; ☀|1; "
+        "|0; plain|5; 日本語|6; 한국|4; Ａ１|4; ｶﾅ|2; 👨‍👩‍👧|2; 👍🏽|2; 🇩🇪🇫🇷|4; "
+        "🇩x|2; "
+        "☀|1; "
         "…—“”|4;"
         "\u1112\u1161\u11AB|2; e\u0301x|2; \u0301|0; ☀\uFE0F|2; 1\uFE0F\u20E3|2; a\u200Bb\u2060|2;"
         "x\xE2\x82z\xFF|4; x\uFE0F\xC3\uFE0F|2");

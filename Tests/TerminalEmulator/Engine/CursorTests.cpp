@@ -50,10 +50,21 @@ TEST(CursorTest, movesWithinTheScreenTheRegionAndTheMargins) {
         {"", "\x1b[3g\x1b[?5W\t", "8,0"},
         {"", "\x1b[1;9H\x1b[g\r\t", "9,0"},
         {"", "\x1b[1;9H\x1b[2Z", "0,0"},
-        {"", "\x1b[3;4H\x1b" "7\x1b[H\x1b" "8", "3,2"},
+        {"",
+         "\x1b[3;4H\x1b"
+         "7\x1b[H\x1b"
+         "8",
+         "3,2"},
         {"", "\x1b[3;4H\x1b[s\x1b[H\x1b[u", "3,2"},
-        {"", "0123456789\x1b" "7\x1b[H\x1b" "8", "9,0+"},
-        {"", "\x1b" "8", "0,0"},
+        {"",
+         "0123456789\x1b"
+         "7\x1b[H\x1b"
+         "8",
+         "9,0+"},
+        {"",
+         "\x1b"
+         "8",
+         "0,0"},
         {"", "\x1b#6\x1b[9C", "4,0"},
         {"", "\x1b[4;2r\x1b[3;3H", "2,2"},
         {"", "\x1b[3;3H\x1b[2;4r", "0,0"},
@@ -93,8 +104,13 @@ TEST(CursorTest, wrapsBackOverRowsThatWereWrappedAndWithTheExtendedModeOverAll) 
 
 TEST(CursorTest, savesWhatBelongsToTheCursorForEachScreen) {
     TestTerminal screen;
-    screen.feed("\x1b[1;31m\x1b(0\x1b[?6h\x1b[2;3H\x1b" "7");
-    screen.feed("\x1b[?1049h\x1b[4;4H\x1b" "7\x1b[0m\x1b(B\x1b[?1049l\x1b" "8q");
+    screen.feed(
+        "\x1b[1;31m\x1b(0\x1b[?6h\x1b[2;3H\x1b"
+        "7");
+    screen.feed(
+        "\x1b[?1049h\x1b[4;4H\x1b"
+        "7\x1b[0m\x1b(B\x1b[?1049l\x1b"
+        "8q");
     EXPECT_EQ(screen.screen(), "|  ─|");
     const CharData cell = *screen.terminal.getCharData(2, 1);
     EXPECT_EQ(cell.attribute.fg, Attribute::Color::ansi256(1));

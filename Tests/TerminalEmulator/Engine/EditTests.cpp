@@ -41,12 +41,27 @@ TEST(EditTest, erasesInsertsDeletesAndShifts) {
         {"SR", "\x1b[2 A", "  abc|  fgh|  klm|  pqr|"},
         {"DECIC", "\x1b[2;3r\x1b[2;3H\x1b[2'}", "abcde|fg  h|kl  m|pqrst|"},
         {"DECDC", "\x1b[2;3r\x1b[2;3H\x1b[2'~", "abcde|fgj|klo|pqrst|"},
-        {"DECFI at the right margin", "\x1b[2;5H\x1b" "9", "bcde|ghij|lmno|qrst|"},
-        {"DECBI at the left margin", "\x1b[2;1H\x1b" "6", " abcd| fghi| klmn| pqrs|"},
-        {"DECBI elsewhere", "\x1b[2;3H\x1b" "6x", "abcde|fxhij|klmno|pqrst|"},
+        {"DECFI at the right margin",
+         "\x1b[2;5H\x1b"
+         "9",
+         "bcde|ghij|lmno|qrst|"},
+        {"DECBI at the left margin",
+         "\x1b[2;1H\x1b"
+         "6",
+         " abcd| fghi| klmn| pqrs|"},
+        {"DECBI elsewhere",
+         "\x1b[2;3H\x1b"
+         "6x",
+         "abcde|fxhij|klmno|pqrst|"},
         {"RI at the top", "\x1b[1;1H\x1bM", "|abcde|fghij|klmno|"},
-        {"IND at the bottom", "\x1b[4;1H\x1b" "D", "fghij|klmno|pqrst|"},
-        {"NEL", "\x1b[2;3H\x1b" "Ex", "abcde|fghij|xlmno|pqrst|"},
+        {"IND at the bottom",
+         "\x1b[4;1H\x1b"
+         "D",
+         "fghij|klmno|pqrst|"},
+        {"NEL",
+         "\x1b[2;3H\x1b"
+         "Ex",
+         "abcde|fghij|xlmno|pqrst|"},
         {"DECALN", "\x1b#8", "EEEEE|EEEEE|EEEEE|EEEEE|"},
         {"DECCRA", "\x1b[1;1;2;3;1;3;2$v", "abcde|fghij|kabco|pfght|"},
         {"DECCRA over itself", "\x1b[1;1;3;4;1;2;2$v", "abcde|fabcd|kfghi|pklmn|"},

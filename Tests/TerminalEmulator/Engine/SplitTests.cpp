@@ -29,9 +29,8 @@ TEST(SplitTest, anyCutOfAStreamGivesTheSameScreenModesAndAnswers) {
         const std::string whole = fedInPieces(bytes, [&] { return bytes.size(); });
         ASSERT_EQ(fedInPieces(bytes, [] { return 1; }), whole) << ::testing::PrintToString(bytes);
         for (std::size_t cut = 1; cut < bytes.size(); ++cut) {
-            const std::string cutOnce = fedInPieces(bytes, [&, first = true]() mutable {
-                return std::exchange(first, false) ? cut : bytes.size();
-            });
+            const std::string cutOnce = fedInPieces(
+                bytes, [&, first = true]() mutable { return std::exchange(first, false) ? cut : bytes.size(); });
             ASSERT_EQ(cutOnce, whole) << cut << " " << ::testing::PrintToString(bytes);
         }
     }

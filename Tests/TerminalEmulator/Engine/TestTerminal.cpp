@@ -28,10 +28,10 @@ std::string TestTerminal::snapshot() const {
                                      terminal.hostCurrentDirectory().value_or("-"),
                                      static_cast<int>(terminal.cursorStyle()), terminal.cols(), terminal.rows());
     const TerminalModes& modes = terminal.modes();
-    for (const bool flag : {modes.applicationCursor, modes.applicationKeypad, modes.reverseVideo, modes.originMode,
-                            modes.marginMode, modes.insertMode, modes.lineFeedMode, modes.wraparound,
-                            modes.cursorHidden, modes.bracketedPasteMode, modes.sendFocus,
-                            modes.synchronizedOutputActive, modes.reverseWraparound}) {
+    for (const bool flag :
+         {modes.applicationCursor, modes.applicationKeypad, modes.reverseVideo, modes.originMode, modes.marginMode,
+          modes.insertMode, modes.lineFeedMode, modes.wraparound, modes.cursorHidden, modes.bracketedPasteMode,
+          modes.sendFocus, modes.synchronizedOutputActive, modes.reverseWraparound}) {
         result += flag ? '1' : '0';
     }
     result += fmt::format(" mouse {} {} region {}-{} sent {:?}\n", static_cast<int>(modes.mouseMode),
@@ -48,9 +48,9 @@ std::string TestTerminal::snapshot() const {
             }
             // Handles depend on the order in which clusters were made, so they are shown as text.
             const std::string* link = terminal.hyperlink(cell);
-            result += fmt::format("[{} {:x} {:x} {:x} {}]", terminal.clusters().text(cell.code()),
-                                  cell.text & ~StoredCell::codeMask, cell.foreground, cell.background,
-                                  link ? *link : "");
+            result +=
+                fmt::format("[{} {:x} {:x} {:x} {}]", terminal.clusters().text(cell.code()),
+                            cell.text & ~StoredCell::codeMask, cell.foreground, cell.background, link ? *link : "");
         }
         result += '\n';
     }

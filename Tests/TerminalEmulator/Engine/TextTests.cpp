@@ -71,7 +71,10 @@ TEST(TextTest, decodesUtf8AndLeavesControlsOut) {
         {"malformed bytes give the replacement character", "a\xC3(\xFF", "a\uFFFD(\uFFFD|", "4,0"},
         {"a character cut by an escape", "a\xE6\xBC\x1b[mb", "a\uFFFDb|", "3,0"},
         {"a character cut by a control", "a\xE6\xBC\rb", "b\uFFFD|", "1,0"},
-        {"neither DEL nor C1 prints", "a\x7F" "b\u0085c\u009B1md", "abc1md|", "6,0"},
+        {"neither DEL nor C1 prints",
+         "a\x7F"
+         "b\u0085c\u009B1md",
+         "abc1md|", "6,0"},
         {"DEC graphics and back", "\x1b(0lqk\x1b(Bx", "┌─┐x|", "4,0"},
         {"shifted out and in", "\x1b)0a\x0Eq\x0Fq", "a─q|", "3,0"},
         {"a single shift holds for one character", "\x1b*0\x1bNqq", "─q|", "2,0"},
@@ -100,7 +103,7 @@ TEST(TextTest, aFloodOfRepetitionsOrMarksStaysBounded) {
 }
 
 TEST(TextTest, regionalIndicatorsCanBeNarrow) {
-    testing::RecordingDelegate delegate;
+    RecordingDelegate delegate;
     Terminal terminal(delegate, {.regionalIndicatorWidth = RegionalIndicatorWidth::narrow});
     terminal.feed("🇩🇪x");
     EXPECT_EQ(terminal.getCursorLocation().x, 2);

@@ -34,7 +34,16 @@ class FeedDelegate final : public TerminalDelegate {
         return {};
     }
 
+    /// A nominal cell, for those who ask for pixels.
+    std::optional<CellSize> cellSizeInPixels() override { return CellSize{.width = 8, .height = 16}; }
+
+    // A clipboard of its own, empty at first: bytes that are fed may set it and read it back.
+    void clipboardCopy(std::string_view content) override { clipboard_ = content; }
+    std::optional<std::string> clipboardRead() override { return clipboard_; }
+
  private:
+    std::string clipboard_;
+
     /// A program may not ask for gigabytes of screen.
     static constexpr int largestSide = 2000;
 };
@@ -45,8 +54,8 @@ struct Range {
 };
 
 /// The number that was typed for an option, or what it is without one. The error is told.
-std::expected<int, int> number(ClientContext& client, const Arguments& arguments, const std::string& name,
-                               int without, Range range) {
+std::expected<int, int> number(ClientContext& client, const Arguments& arguments, const std::string& name, int without,
+                               Range range) {
     const std::string typed = arguments.value(name);
     if (!arguments.values.contains(name)) return without;
     int value = 0;
@@ -86,6 +95,7 @@ int feed(ClientContext& client, const Arguments& arguments) {
     FeedDelegate delegate;
     Terminal terminal(delegate, *options);
     delegate.terminal = &terminal;
+    terminal.registerFurtherColors();
     std::array<char, chunk> bytes;
     std::size_t count = 0;
     do {
@@ -107,12 +117,14 @@ int feed(ClientContext& client, const Arguments& arguments) {
 Verb terminalFeed() {
     using Kind = Parameter::Kind;
     return {.name = "terminal feed",
-            .parameters =
-                {{.kind = Kind::option, .name = "--cols", .valueName = "C", .textKey = "help.parameter.cols"},
-                 {.kind = Kind::option, .name = "--rows", .valueName = "R", .textKey = "help.parameter.rows"},
-                 {.kind = Kind::option, .name = "--scrollback", .valueName = "N", .textKey = "help.parameter.scrollback"},
-                 {.kind = Kind::flag, .name = "--replies", .textKey = "help.parameter.replies"},
-                 {.kind = Kind::flag, .name = "--json", .textKey = "help.parameter.jsonScreen"}},
+            .parameters = {{.kind = Kind::option, .name = "--cols", .valueName = "C", .textKey = "help.parameter.cols"},
+                           {.kind = Kind::option, .name = "--rows", .valueName = "R", .textKey = "help.parameter.rows"},
+                           {.kind = Kind::option,
+                            .name = "--scrollback",
+                            .valueName = "N",
+                            .textKey = "help.parameter.scrollback"},
+                           {.kind = Kind::flag, .name = "--replies", .textKey = "help.parameter.replies"},
+                           {.kind = Kind::flag, .name = "--json", .textKey = "help.parameter.jsonScreen"}},
             .run = feed};
 }
 
