@@ -13,7 +13,8 @@
 namespace orvane {
 namespace {
 
-constexpr int maximumPairs = 64;
+constexpr int maximumPairs = 512;
+constexpr int firstSpecialEntry = 256;  // as OSC 4 and 104 count them, behind the palette
 constexpr int firstDynamic = 13;
 constexpr int lastDynamic = 19;
 constexpr int resetOffset = 100;  // OSC 113 resets what OSC 13 sets
@@ -31,26 +32,27 @@ class FurtherColors {
  public:
     explicit FurtherColors(TerminalState& state) : state_(state) {}
 
-    /// OSC 5.
-    void setSpecial(std::string_view payload, StringEnd end) {
+    /// OSC 5, and OSC 4 with numbers behind those of the palette.
+    void setSpecial(int code, int first, std::string_view payload, StringEnd end) {
         PayloadText::Parts parts(payload);
         for (int pair = 0; pair < maximumPairs; ++pair) {
             const auto number = parts.next();
             const auto spec = parts.next();
             if (!number || !spec) return;
-            const auto index = PayloadText::number(*number).value_or(-1);
-            if (!isSpecial(index)) continue;
-            set(special_[static_cast<std::size_t>(index)], Plain::foreground, fmt::format("5;{}", index), *spec, end);
+            const int index = PayloadText::number(*number).value_or(-1);
+            if (!isSpecial(index - first)) continue;
+            set(special_[static_cast<std::size_t>(index - first)], Plain::foreground, fmt::format("{};{}", code, index),
+                *spec, end);
         }
     }
 
-    /// OSC 105.
-    void resetSpecial(std::string_view payload) {
+    /// OSC 105 and 104.
+    void resetSpecial(int first, std::string_view payload) {
         if (payload.empty()) special_.fill(std::nullopt);
         PayloadText::Parts parts(payload);
         for (auto part = parts.next(); part; part = parts.next()) {
-            const auto index = PayloadText::number(*part).value_or(-1);
-            if (isSpecial(index)) special_[static_cast<std::size_t>(index)].reset();
+            const int index = PayloadText::number(*part).value_or(-1);
+            if (isSpecial(index - first)) special_[static_cast<std::size_t>(index - first)].reset();
         }
     }
 
@@ -93,8 +95,18 @@ class FurtherColors {
 std::vector<std::pair<int, Terminal::OscHandler>> furtherColorHandlers(TerminalState& state) {
     const auto colors = std::make_shared<FurtherColors>(state);
     std::vector<std::pair<int, Terminal::OscHandler>> handlers{
-        {5, [colors](std::string_view payload, StringEnd end) { colors->setSpecial(payload, end); }},
-        {105, [colors](std::string_view payload, StringEnd /*end*/) { colors->resetSpecial(payload); }},
+        {4,
+         [colors](std::string_view payload, StringEnd end) {
+             ColorFunctions::setPalette(colors->state(), payload, end);
+             colors->setSpecial(4, firstSpecialEntry, payload, end);
+         }},
+        {5, [colors](std::string_view payload, StringEnd end) { colors->setSpecial(5, 0, payload, end); }},
+        {104,
+         [colors](std::string_view payload, StringEnd /*end*/) {
+             ColorFunctions::resetPalette(colors->state(), payload);
+             colors->resetSpecial(firstSpecialEntry, payload);
+         }},
+        {105, [colors](std::string_view payload, StringEnd /*end*/) { colors->resetSpecial(0, payload); }},
         // Text with these looks has its own colour anyway, so there is nothing to switch.
         {106, [](std::string_view /*payload*/, StringEnd /*end*/) {}},
         {110, [colors](std::string_view, StringEnd) { ColorFunctions::resetForeground(colors->state()); }},

@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "TerminalEmulator/Parser/TextScan.h"
 #include "TerminalEmulator/Unicode/UnicodeUtil.h"
 #include "TerminalEmulator/Unicode/Utf8Decoder.h"
 #include "TerminalEmulator/Unicode/Utf8Encoder.h"
@@ -28,6 +29,9 @@ std::optional<int> number(std::string_view text) {
 }
 
 std::string shown(std::string_view text, std::size_t limit) {
+    const std::string_view head = text.substr(0, limit);
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(head.data());
+    if (TextScan::plainLength(bytes, head.size()) == head.size()) return std::string(head);
     std::string result;
     bool isFull = false;
     const auto add = [&](char32_t scalar) {
