@@ -22,11 +22,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (isResized) screen.terminal.resize(data[3] % 100, data[3] / 5);
     };
     testing::TestTerminal inPieces(cols, rows, 50);
+    inPieces.terminal.registerFurtherColors();
     for (const char byte : input.substr(0, cut))
         inPieces.feed({&byte, 1});
     resize(inPieces);
     inPieces.feed(input.substr(cut));
     testing::TestTerminal whole(cols, rows, 50);
+    whole.terminal.registerFurtherColors();
     whole.feed(input.substr(0, cut));
     resize(whole);
     whole.feed(input.substr(cut));

@@ -109,9 +109,10 @@ inline void BufferLine::writeCell(int col, std::int32_t code, int width, const P
     col = clampedIndex(col);
     const bool hasRoom = col + width <= cols_;
     const int end = std::min(col + std::max(width, 1), cols_);
-    extendTo(end);
+    extendTo(col);
     cutAt(col);
     cutAt(end);
+    row_->length = std::max(row_->length, end);
     row_->cells[col] = hasRoom ? pen.cell().with(code, width) : pen.cell();
     if (hasRoom && width == 2) row_->cells[col + 1] = pen.cell().with(0, 0);
     changed();

@@ -42,7 +42,9 @@ std::size_t scalarCount(std::string_view text) {
 }  // namespace
 
 std::int32_t ClusterTable::joined(std::int32_t code, char32_t scalar) {
-    Joined& known = joined_[(static_cast<std::uint32_t>(code) * 31 + scalar) % joined_.size()];
+    // Multiplied, the numbers spread over the upper bits (Knuth, volume 3, section 6.4).
+    const std::uint32_t spread = (static_cast<std::uint32_t>(code) * 0x9E3779B1U) ^ (scalar * 0x85EBCA6BU);
+    Joined& known = joined_[(spread >> 16) % joined_.size()];
     if (known.result != 0 && known.code == code && known.scalar == scalar) return known.result;
     std::string whole = text(code);
     if (scalarCount(whole) >= maximumScalars) return code;

@@ -34,7 +34,7 @@ void TextPrinter::print(std::string_view text, std::size_t plainCount) {
 
 /// Whether printable ASCII goes into the row as it is.
 bool TextPrinter::takesPlain() const {
-    return !decoder_.isPending() && !afterJoiner_ && !state_.modes.insertMode && state_.charsets.isAscii();
+    return !decoder_.isPending() && !afterJoiner_ && state_.charsets.isAscii();
 }
 
 void TextPrinter::printOther(std::string_view text) {
@@ -73,12 +73,17 @@ void TextPrinter::printPlain(std::string_view bytes) {
         const int room = limit + 1 - buffer.x();
         state_.markRow(buffer.y());
         if (!state_.modes.wraparound && static_cast<int>(bytes.size()) > room) {
-            // What does not fit overwrites the last column, one after the other; only the last of it stays.
+            // What does not fit overwrites the last column, one after the other; only the last of it stays. So it does
+            // under IRM, which has nothing left to shift then.
             const auto fitting = static_cast<std::size_t>(room - 1);
             state_.cursorLine().writeAscii(buffer.x(), bytes.substr(0, fitting), buffer.pen);
             state_.cursorLine().writeAscii(limit, bytes.substr(bytes.size() - 1), buffer.pen);
             advance(limit + 1, limit);
             return;
+        }
+        if (state_.modes.insertMode) {
+            const int count = std::min(static_cast<int>(bytes.size()), room);
+            state_.cursorLine().insertCells(buffer.x(), count, limit, buffer.pen.erased());
         }
         const int written = state_.cursorLine().writeAscii(buffer.x(), bytes, buffer.pen, limit + 1);
         advance(buffer.x() + written, limit);
