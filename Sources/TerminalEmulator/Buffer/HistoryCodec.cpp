@@ -25,9 +25,14 @@ struct Halves {
     std::uint64_t second;
 };
 
-/// Most rows are ASCII in the default look. Their text is written in the pass that finds out whether they are.
-/// Gives back null, and leaves rubbish behind `out`, when the row is another kind.
-std::uint8_t* writePlain(std::span<const StoredCell> cells, std::uint8_t* out) {
+struct Summary {
+    bool isAscii = false;  ///< or empty, one column each
+    bool isDefault = false;
+};
+
+/// Most rows are ASCII. Their text is written in the pass that finds out whether they are; else it leaves rubbish
+/// behind `out`.
+Summary writeAsciiText(std::span<const StoredCell> cells, std::uint8_t* out) {
     std::uint64_t first = 0;
     std::uint64_t second = 0;
     for (const StoredCell& cell : cells) {
@@ -36,23 +41,9 @@ std::uint8_t* writePlain(std::span<const StoredCell> cells, std::uint8_t* out) {
         second |= halves.second;
         *out++ = static_cast<std::uint8_t>(cell.text);
     }
-    const std::uint64_t ascii = std::bit_cast<Halves>(StoredCell{.text = 0x7F}).first;
-    return (first & ~ascii) == 0 && second == 0 ? out : nullptr;
-}
-
-struct Summary {
-    bool isAscii = false;  ///< or empty, one column each
-    bool isDefault = false;
-};
-
-Summary summarize(std::span<const StoredCell> cells) {
-    std::uint32_t texts = 0;
-    std::uint32_t looks = 0;
-    for (const StoredCell& cell : cells) {
-        texts |= cell.text & ~StoredCell::lookMask;
-        looks |= (cell.text & StoredCell::lookMask) | cell.foreground | cell.background | cell.extra;
-    }
-    return {.isAscii = texts < 0x80, .isDefault = looks == 0};
+    const auto all = std::bit_cast<StoredCell>(Halves{first, second});
+    const std::uint32_t looks = (all.text & StoredCell::lookMask) | all.foreground | all.background | all.extra;
+    return {.isAscii = (all.text & ~StoredCell::lookMask) < 0x80, .isDefault = looks == 0};
 }
 
 std::size_t emptyRunAt(std::span<const StoredCell> cells, std::size_t index) {
@@ -220,11 +211,10 @@ Packed encode(std::span<const StoredCell> cells, std::uint32_t expected, std::ve
         *head |= hasCount;
         end = HistoryLook::writeVarint(static_cast<std::uint32_t>(cells.size()), end);
     }
-    if (const std::uint8_t* const plainEnd = writePlain(cells, end)) return {.bytes = {head, plainEnd}};
     Packed packed;
-    const Summary summary = summarize(cells);
+    const Summary summary = writeAsciiText(cells, end);
     if (summary.isAscii) {
-        end += cells.size();  // written already
+        end += cells.size();
     } else {
         *head &= static_cast<std::uint8_t>(~oneByteEach);
         end = writeText(cells, end, packed);

@@ -121,6 +121,7 @@ void EscapeSequenceParser::parseText(Input& input) {
     // Most escapes begin a control sequence; entering it would only clear once more.
     ++input.at;
     currentState_ = ParserState::csiEntry;
+    if (input.at != input.end) parseCsi(input);
 }
 
 /// Digits, separators and the final byte without the table, and one byte through it where they end.
