@@ -7,6 +7,7 @@
 #include "TerminalEmulator/Engine/FurtherColors.h"
 #include "TerminalEmulator/Engine/InputReports.h"
 #include "TerminalEmulator/Engine/TerminalEngine.h"
+#include "TerminalEmulator/Links/LinkFinder.h"
 #include "TerminalEmulator/LogicalLine.h"
 
 namespace orvane {
@@ -116,6 +117,10 @@ std::string Terminal::getBufferAsData(BufferKind kind) const {
                            : kind == BufferKind::alternate ? altBuffer()
                                                            : normalBuffer();
     return LogicalLine::text(source, clusters(), {}, {.row = source.count(), .col = 0});
+}
+
+std::optional<LinkMatch> Terminal::link(Position at, LinkMode mode) const {
+    return LinkFinder(buffer(), clusters()).link(at, mode);
 }
 
 Terminal::CursorLocation Terminal::getCursorLocation() const {

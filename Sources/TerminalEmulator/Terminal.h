@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "TerminalEmulator/Buffer/Buffer.h"
+#include "TerminalEmulator/Links/LinkMatch.h"
 #include "TerminalEmulator/Parser/StringEnd.h"
 #include "TerminalEmulator/Position.h"
 #include "TerminalEmulator/TerminalDelegate.h"
@@ -89,6 +90,8 @@ class Terminal {
     std::string getText(Position start, Position end) const;
     /// All of a buffer, history included, as text.
     std::string getBufferAsData(BufferKind kind = BufferKind::active) const;
+    /// The link that a cell is part of: one that the program marked, or also an address in its text.
+    std::optional<LinkMatch> link(Position at, LinkMode mode) const;
     CursorLocation getCursorLocation() const;  ///< on the screen
     bool isWrapPending() const;
     int getTopVisibleRow() const;

@@ -14,6 +14,8 @@ namespace orvane::Verbs {
 
 namespace {
 
+/// Columns and rows, whoever asks for them: nobody may have gigabytes of screen.
+constexpr int largestSide = 4096;
 constexpr int largestScrollback = 10'000'000;
 constexpr std::size_t chunk = 64 * 1024;
 
@@ -43,9 +45,6 @@ class FeedDelegate final : public TerminalDelegate {
 
  private:
     std::string clipboard_;
-
-    /// A program may not ask for gigabytes of screen.
-    static constexpr int largestSide = 2000;
 };
 
 struct Range {
@@ -68,8 +67,8 @@ std::expected<int, int> number(ClientContext& client, const Arguments& arguments
 
 std::expected<TerminalOptions, int> optionsOf(ClientContext& client, const Arguments& arguments) {
     TerminalOptions options;
-    const auto cols = number(client, arguments, "cols", options.cols, {Terminal::MINIMUM_COLS, Buffer::maximumSize});
-    const auto rows = number(client, arguments, "rows", options.rows, {Terminal::MINIMUM_ROWS, Buffer::maximumSize});
+    const auto cols = number(client, arguments, "cols", options.cols, {Terminal::MINIMUM_COLS, largestSide});
+    const auto rows = number(client, arguments, "rows", options.rows, {Terminal::MINIMUM_ROWS, largestSide});
     const auto lines = number(client, arguments, "scrollback", *options.scrollback, {0, largestScrollback});
     for (const auto* each : {&cols, &rows, &lines}) {
         if (!*each) return std::unexpected(each->error());
