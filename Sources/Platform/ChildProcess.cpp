@@ -12,6 +12,7 @@
 #include <deque>
 #include <utility>
 
+#include "Platform/Reaper.h"
 #include "Platform/Spawn.h"
 #include "Platform/Uninterrupted.h"
 
@@ -47,39 +48,6 @@ ssize_t writeWithoutSignal(int descriptor, std::string_view bytes) {
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
     errno = error;
     return written;
-}
-
-ExitStatus waitFor(const FileDescriptor& exit, int flags) {
-    siginfo_t info{};
-    const int result =
-        uninterrupted([&] { return waitid(P_PIDFD, static_cast<id_t>(exit.number()), &info, WEXITED | flags); });
-    // Somebody else reaped our child: how it ended is not known, only that this is no success.
-    if (result != 0) return {ExitStatus::Exited{255}};
-    return ExitStatus::of(info);
-}
-
-/// Children whose owner is gone, by process id. They are kept here rather than by the task that reaps them, which the
-/// loop owns: the two would keep each other. Main thread only.
-struct Forgotten {
-    FileDescriptor exit;
-    Registration watch;
-};
-
-std::map<pid_t, Forgotten>& forgotten() {
-    static std::map<pid_t, Forgotten> children;
-    return children;
-}
-
-void reapLater(MainLoop& loop, pid_t pid, FileDescriptor exit) {
-    const int descriptor = exit.number();
-    Forgotten& child = forgotten()[pid];
-    child.exit = std::move(exit);
-    child.watch = loop.watch(descriptor, Readiness::readable, [pid] {
-        const auto found = forgotten().find(pid);
-        const Forgotten ended = std::move(found->second);
-        forgotten().erase(found);
-        waitFor(ended.exit, 0);
-    });
 }
 
 }  // namespace
@@ -172,12 +140,12 @@ struct ChildProcess::State : std::enable_shared_from_this<State> {
         exitWatch.reset();
         phase = Phase::ended;
         // Reaped only at the very end: until then nobody else gets the child's number, so its group can be signalled.
-        const ExitStatus status = waitFor(exit, WNOWAIT);
+        const ExitStatus status = Reaper::waitFor(exit, WNOWAIT);
         drain(output);
         drain(error);
         closePipes();
         if (!isForgotten && onExit) onExit(status);
-        waitFor(exit, 0);
+        Reaper::waitFor(exit, 0);
         phase = Phase::reaped;
         exit.close();
     }
@@ -192,7 +160,7 @@ struct ChildProcess::State : std::enable_shared_from_this<State> {
         isForgotten = true;
         exitWatch.reset();
         closePipes();
-        if (phase == Phase::running) reapLater(loop, pid, std::move(exit));
+        if (phase == Phase::running) Reaper::reapLater(loop, pid, std::move(exit));
     }
 
     void dropInput() {

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "Platform/ProgramLookup.h"
+#include "Platform/Reaper.h"
 #include "Platform/Uninterrupted.h"
 
 // In glibc 2.36 this header does not say that its functions are C.
@@ -170,16 +171,6 @@ std::expected<FileDescriptor, SystemError> openFolder(const std::string& path) {
     return folder;
 }
 
-/// With SIGCHLD ignored, which a program inherits from whoever started it, the system throws exit statuses away.
-void makeChildrenWaitable() {
-    struct sigaction action{};
-    if (sigaction(SIGCHLD, nullptr, &action) != 0) return;
-    if (action.sa_handler != SIG_IGN && (action.sa_flags & SA_NOCLDWAIT) == 0) return;
-    action.sa_flags &= ~SA_NOCLDWAIT;
-    if (action.sa_handler == SIG_IGN) action.sa_handler = SIG_DFL;
-    sigaction(SIGCHLD, &action, nullptr);
-}
-
 /// The child runs already but its end could not be watched (no descriptor left): it is taken back.
 SystemError abort(pid_t pid, const std::string& program) {
     const SystemError error = SystemError::last("watch", program);
@@ -228,7 +219,7 @@ std::expected<pid_t, SystemError> launch(const Options& options, const std::stri
     const std::vector<char*> environment = pointers(variables);
     const std::vector<char*> arguments = pointers(options.arguments);
     const Attributes attributes(options.group);
-    makeChildrenWaitable();
+    Reaper::makeChildrenWaitable();
     pid_t pid = 0;
     int failure = actions.error();
     if (failure == 0) {

@@ -1,0 +1,228 @@
+#include "Platform/ReadChannel.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "Platform/SystemError.h"
+#include "Platform/Uninterrupted.h"
+
+namespace orvane {
+
+namespace {
+
+/// What a pseudo-terminal or a pipe can hold, and more: so much is read when the writer has ended.
+constexpr std::size_t drainLimit = std::size_t{256} << 10;
+
+/// Bytes, or what is to be done behind those before it.
+struct Chunk {
+    std::string bytes;
+    std::function<void()> task;
+};
+
+}  // namespace
+
+/// Shared by both threads. Of the fields, the queue is guarded by the lock, the rest belongs to one thread each.
+struct ReadChannel::State : std::enable_shared_from_this<State> {
+    State(MainLoop& dispatchLoop, MainLoop& readLoop, FileDescriptor source, const Limits& itsLimits, Callbacks calls)
+        : dispatch(dispatchLoop),
+          reader(readLoop),
+          descriptor(std::move(source)),
+          limits(itsLimits),
+          callbacks(std::move(calls)) {}
+
+    MainLoop& dispatch;
+    MainLoop& reader;
+    const FileDescriptor descriptor;
+    const Limits limits;
+
+    // Of the dispatching thread.
+    const Callbacks callbacks;
+    bool isClosed = false;
+
+    // Of the reading thread.
+    Registration watch;
+    bool isAtEnd = false;
+    bool isEndTold = false;
+    std::string buffer;
+    int logCounter = 0;
+
+    std::mutex pendingLock;
+    std::vector<Chunk> pendingChunks;
+    std::size_t pendingChunkIndex = 0;
+    std::size_t pendingBytes = 0;
+    bool pendingScheduled = false;
+    bool readSuspendedForBackpressure = false;
+    std::optional<std::string> loggingDirectory;
+
+    // On the reading thread.
+
+    void issueRead() {
+        if (watch || isAtEnd) return;
+        watch = reader.watch(descriptor.number(), Readiness::readable, [weak = weak_from_this()] {
+            if (const auto self = weak.lock()) self->readOnce();
+        });
+    }
+
+    void readOnce() {
+        std::string bytes = readAvailable();
+        if (!bytes.empty() && !enqueue({.bytes = std::move(bytes), .task = {}})) watch.reset();
+        if (isAtEnd) tellEnd();
+    }
+
+    /// A pseudo-terminal hands out little at a time, so it is asked until it has no more.
+    std::string readAvailable() {
+        buffer.resize(limits.readSize);
+        std::size_t size = 0;
+        while (size < buffer.size()) {
+            const ssize_t count =
+                uninterrupted([&] { return ::read(descriptor.number(), buffer.data() + size, buffer.size() - size); });
+            if (count < 0 && errno == EAGAIN) break;
+            // The other side of a pseudo-terminal that was closed gives EIO.
+            isAtEnd = count <= 0;
+            if (isAtEnd) break;
+            size += static_cast<std::size_t>(count);
+        }
+        const std::string bytes(buffer.data(), size);
+        log(bytes);
+        return bytes;
+    }
+
+    void tellEnd() {
+        watch.reset();
+        if (std::exchange(isEndTold, true)) return;
+        enqueue({.bytes = {}, .task = [this] {
+                     if (callbacks.onEnd) callbacks.onEnd();
+                 }});
+    }
+
+    void drain(std::function<void()> task) {
+        std::size_t drained = 0;
+        while (!isAtEnd && drained < drainLimit) {
+            std::string bytes = readAvailable();
+            if (bytes.empty()) break;
+            drained += bytes.size();
+            enqueue({.bytes = std::move(bytes), .task = {}});
+        }
+        enqueue({.bytes = {}, .task = std::move(task)});
+        if (isAtEnd) tellEnd();
+    }
+
+    void log(const std::string& bytes) {
+        std::unique_lock lock(pendingLock);
+        const auto directory = loggingDirectory;
+        lock.unlock();
+        if (!directory || bytes.empty()) return;
+        const std::string path = fmt::format("{}/log-{}", *directory, logCounter);
+        std::FILE* file = std::fopen(path.c_str(), "we");
+        const bool isWritten = file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+        const SystemError error = SystemError::last("write", path);
+        if (file != nullptr) std::fclose(file);
+        if (isWritten) {
+            ++logCounter;
+        } else {
+            fmt::print(stderr, "Got error while logging data dump to {}: {}\n", path, error.message());
+        }
+    }
+
+    // On any thread.
+
+    /// Whether more may be read.
+    bool enqueue(Chunk chunk) {
+        const std::unique_lock lock(pendingLock);
+        pendingBytes += chunk.bytes.size();
+        pendingChunks.push_back(std::move(chunk));
+        const bool hasRoom = pendingBytes < limits.highWater;
+        if (!hasRoom) readSuspendedForBackpressure = true;
+        if (!std::exchange(pendingScheduled, true)) postFlush();
+        return hasRoom;
+    }
+
+    void postFlush() {
+        dispatch.post([weak = weak_from_this()] {
+            if (const auto self = weak.lock()) self->flush();
+        });
+    }
+
+    // On the dispatching thread.
+
+    void flush() {
+        const Instant start = dispatch.now();
+        while (auto chunk = next()) {
+            if (isClosed) return;
+            if (chunk->task) {
+                chunk->task();
+            } else {
+                callbacks.onData(chunk->bytes);
+            }
+            if (isClosed) return;
+            if (dispatch.now() - start >= limits.timeSlice) {
+                postFlush();
+                return;
+            }
+        }
+    }
+
+    std::optional<Chunk> next() {
+        const std::unique_lock lock(pendingLock);
+        if (pendingChunkIndex == pendingChunks.size()) {
+            pendingChunks.clear();
+            pendingChunkIndex = 0;
+            pendingBytes = 0;
+            pendingScheduled = false;
+            return std::nullopt;
+        }
+        Chunk chunk = std::move(pendingChunks[pendingChunkIndex++]);
+        if (pendingChunkIndex >= limits.flushThreshold) {
+            pendingChunks.erase(pendingChunks.begin(),
+                                pendingChunks.begin() + static_cast<std::ptrdiff_t>(pendingChunkIndex));
+            pendingChunkIndex = 0;
+        }
+        pendingBytes -= chunk.bytes.size();
+        if (readSuspendedForBackpressure && pendingBytes <= limits.lowWater) {
+            readSuspendedForBackpressure = false;
+            postToReader([](State& state) { state.issueRead(); });
+        }
+        return chunk;
+    }
+
+    /// Holds the state, and with it the descriptor, until it has run.
+    void postToReader(std::move_only_function<void(State&)> work) {
+        reader.post([self = shared_from_this(), work = std::move(work)]() mutable { work(*self); });
+    }
+};
+
+ReadChannel::ReadChannel(MainLoop& dispatch, MainLoop& reader, FileDescriptor descriptor, const Limits& limits,
+                         Callbacks callbacks)
+    : state_(std::make_shared<State>(dispatch, reader, std::move(descriptor), limits, std::move(callbacks))) {
+    state_->postToReader([](State& state) { state.issueRead(); });
+}
+
+/// The watch goes on its own thread, and the descriptor with the last who holds the state.
+ReadChannel::~ReadChannel() {
+    state_->isClosed = true;
+    state_->postToReader([](State& state) {
+        state.watch.reset();
+        state.isAtEnd = state.isEndTold = true;
+    });
+}
+
+int ReadChannel::descriptor() const {
+    return state_->descriptor.number();
+}
+
+void ReadChannel::whenDrained(std::function<void()> task) {
+    state_->postToReader([task = std::move(task)](State& state) mutable { state.drain(std::move(task)); });
+}
+
+void ReadChannel::setLogging(std::optional<std::string> directory) {
+    const std::unique_lock lock(state_->pendingLock);
+    state_->loggingDirectory = std::move(directory);
+}
+
+}  // namespace orvane
