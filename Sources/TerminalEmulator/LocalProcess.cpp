@@ -1,0 +1,105 @@
+#include "TerminalEmulator/LocalProcess.h"
+
+#include <sys/wait.h>
+
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+#include "Platform/Reaper.h"
+
+namespace orvane {
+
+LocalProcess::LocalProcess(MainLoop& dispatch, MainLoop& reader, LocalProcessDelegate& delegate)
+    : dispatch_(dispatch), reader_(reader), delegate_(delegate) {}
+
+LocalProcess::~LocalProcess() {
+    close();
+}
+
+void LocalProcess::startProcess(const Start& start) {
+    if (running_) return;
+    close();
+    PseudoTerminalHelpers::Command command{.path = start.executable,
+                                           .arguments = start.args,
+                                           .environment = start.environment ? *start.environment : defaultEnvironment(),
+                                           .workingDirectory = start.currentDirectory};
+    command.arguments.insert(command.arguments.begin(), start.execName.value_or(start.executable));
+    auto process = PseudoTerminalHelpers::forkAndExec(command, delegate_.getWindowSize());
+    if (!process) return;
+    shellPid_ = process->pid;
+    running_ = true;
+    exit_ = std::move(process->exit);
+    childMonitor_ = dispatch_.watch(exit_.number(), Readiness::readable, [this] { childProcessChanged(); });
+    input_.emplace(dispatch_, process->master.number(), sendLimit);
+    io_.emplace(dispatch_, reader_, std::move(process->master), ReadChannel::Limits{},
+                ReadChannel::Callbacks{.onData = [this](std::string_view bytes) { delegate_.dataReceived(bytes); },
+                                       .onEnd =
+                                           [this] {
+                                               running_ = false;
+                                               input_.reset();
+                                           }});
+    io_->setLogging(loggingDirectory_);
+}
+
+void LocalProcess::send(std::string_view data) {
+    if (!running_ || !input_) return;
+    if (const auto sent = input_->write(data); !sent) {
+        std::fprintf(stderr, "Error writing data to the child, errno=%d\n", sent.error().number);
+    }
+}
+
+void LocalProcess::terminate() {
+    if (shellPid_ != 0) kill(shellPid_, SIGTERM);
+    close();
+}
+
+void LocalProcess::setWindowSize(const WindowSize& size) {
+    // A terminal that has just been closed at the other side has no size to set.
+    if (running_ && io_) (void)PseudoTerminalHelpers::setWinSize(io_->descriptor(), size);
+}
+
+void LocalProcess::setHostLogging(std::optional<std::string> directory) {
+    loggingDirectory_ = std::move(directory);
+    if (io_) io_->setLogging(loggingDirectory_);
+}
+
+int LocalProcess::childfd() const {
+    return running_ && io_ ? io_->descriptor() : -1;
+}
+
+/// `USER` twice and `LC_TYPE`, which is no variable of POSIX, are part of the list as it was settled.
+std::vector<std::string> LocalProcess::defaultEnvironment() {
+    std::vector<std::string> list = {"TERM=xterm-256color", "COLORTERM=truecolor", "LANG=en_US.UTF-8"};
+    static constexpr std::array names = {"LOGNAME", "USER", "DISPLAY", "LC_TYPE", "USER", "HOME"};
+    for (const char* name : names) {
+        if (const char* value = std::getenv(name)) list.push_back(std::string(name) + '=' + value);
+    }
+    return list;
+}
+
+/// The end is told behind everything that the program has written.
+void LocalProcess::childProcessChanged() {
+    childMonitor_.reset();
+    int status = 0;
+    const bool isReaped = waitpid(shellPid_, &status, WNOHANG) == shellPid_;
+    exit_.close();
+    shellPid_ = 0;
+    io_->whenDrained([this, exitCode = isReaped ? std::optional(status) : std::nullopt] {
+        running_ = false;
+        delegate_.processTerminated(*this, exitCode);
+    });
+}
+
+void LocalProcess::close() {
+    childMonitor_.reset();
+    input_.reset();
+    io_.reset();
+    running_ = false;
+    if (exit_.isOpen()) Reaper::reapLater(dispatch_, shellPid_, std::move(exit_));
+    shellPid_ = 0;
+}
+
+}  // namespace orvane
