@@ -1,0 +1,117 @@
+#include "Pty/Isolation.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <memory>
+#include <vector>
+
+#include "Platform/AsioMainLoop.h"
+#include "Platform/LoopThread.h"
+#include "TerminalEmulator/HeadlessTerminal.h"
+
+namespace orvane::benchmark {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+double since(Clock::time_point start) {
+    return Milliseconds(Clock::now() - start).count();
+}
+
+double residentMegabytes() {
+    std::ifstream file("/proc/self/statm");
+    double all = 0;
+    double resident = 0;
+    file >> all >> resident;
+    return resident * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
+}
+
+class Flooded final : public HeadlessTerminal {
+ public:
+    using HeadlessTerminal::HeadlessTerminal;
+    std::size_t received = 0;
+
+ protected:
+    void dataReceived(std::string_view slice) override {
+        received += slice.size();
+        HeadlessTerminal::dataReceived(slice);
+    }
+};
+
+/// Types a key, waits for its echo, and types the next one.
+class Typist final : public HeadlessTerminal {
+ public:
+    using HeadlessTerminal::HeadlessTerminal;
+    std::vector<double> latencies;
+
+    void type() {
+        typedAt_ = Clock::now();
+        process.send("x");
+    }
+
+ protected:
+    void dataReceived(std::string_view slice) override {
+        HeadlessTerminal::dataReceived(slice);
+        if (!slice.contains('x')) return;
+        latencies.push_back(since(typedAt_));
+        type();
+    }
+
+ private:
+    Clock::time_point typedAt_;
+};
+
+void startShell(HeadlessTerminal& terminal, const std::string& script) {
+    terminal.process.startProcess({.executable = "/bin/sh", .args = {"-c", script}, .currentDirectory = {}});
+}
+
+}  // namespace
+
+Measured<Isolation> isolation(int echoingSessions, std::chrono::milliseconds duration) {
+    AsioMainLoop loop;
+    LoopThread reader;
+    const TerminalOptions options{.cols = 80, .rows = 25, .scrollback = 10'000};
+    Flooded flood(loop, reader.loop(), options, {});
+    std::vector<std::unique_ptr<Typist>> typists;
+    for (int index = 0; index < echoingSessions; ++index)
+        typists.push_back(std::make_unique<Typist>(loop, reader.loop(), options, nullptr));
+    startShell(flood, "exec yes");
+    for (const auto& typist : typists)
+        startShell(*typist, "stty raw -echo; exec cat");
+    Isolation result;
+    // A timer of one millisecond comes late by as long as a turn holds the loop.
+    Clock::time_point last = Clock::now();
+    bool isWarm = false;
+    const auto pulse = loop.every(std::chrono::milliseconds(1), {}, [&] {
+        if (isWarm) result.longestTurn = std::max(result.longestTurn, since(last) - 1);
+        last = Clock::now();
+    });
+    const auto warm = loop.after(std::chrono::milliseconds(300), [&] {
+        isWarm = true;
+        for (const auto& typist : typists)
+            typist->type();
+    });
+    const auto start = Clock::now();
+    const auto end = loop.after(std::chrono::milliseconds(300) + duration, [&] { loop.stop(); });
+    loop.run();
+    result.floodRate = static_cast<double>(flood.received) / 1e3 / since(start);
+    result.megabytes = residentMegabytes();
+    std::vector<double> all;
+    for (const auto& typist : typists) {
+        all.insert(all.end(), typist->latencies.begin(), typist->latencies.end());
+        typist->process.terminate();
+    }
+    kill(flood.process.shellPid(), SIGKILL);
+    if (all.size() < 100) return Failure("too few keys came back");
+    std::ranges::sort(all);
+    result.medianMilliseconds = all[all.size() / 2];
+    result.worstOfHundred = all[all.size() * 99 / 100];
+    return result;
+}
+
+}  // namespace orvane::benchmark
