@@ -41,10 +41,38 @@ std::vector<std::string> withEmptyValues(const std::vector<std::string>& words, 
     return result;
 }
 
+/// Of a verb that takes the rest of the line: where that begins, the "--" before it not counted.
+std::size_t restStart(const Verb& verb, const std::vector<std::string>& words) {
+    const auto takesValue = [&](const std::string& word) {
+        return std::ranges::any_of(verb.parameters, [&](const Parameter& parameter) {
+            return parameter.kind == Parameter::Kind::option && word == parameter.name;
+        });
+    };
+    std::size_t at = 0;
+    while (at < words.size() && words[at].starts_with('-') && words[at] != "--")
+        at += takesValue(words[at]) ? 2 : 1;
+    return std::min(at, words.size());
+}
+
+std::expected<Arguments, std::string> parseWithRest(const Verb& verb, const Parameter& rest,
+                                                    const std::vector<std::string>& words, const L10n& l10n) {
+    std::size_t start = restStart(verb, words);
+    Verb options = verb;
+    std::erase_if(options.parameters, [](const Parameter& each) { return each.kind == Parameter::Kind::rest; });
+    auto arguments = parseArguments(options, {words.begin(), words.begin() + static_cast<std::ptrdiff_t>(start)}, l10n);
+    if (!arguments) return arguments;
+    if (start < words.size() && words[start] == "--") ++start;
+    arguments->rest.assign(words.begin() + static_cast<std::ptrdiff_t>(start), words.end());
+    if (arguments->rest.empty()) return std::unexpected(l10n.text("usage.missing", rest.name));
+    return arguments;
+}
+
 }  // namespace
 
 std::expected<Arguments, std::string> parseArguments(const Verb& verb, const std::vector<std::string>& words,
                                                      const L10n& l10n) {
+    const auto rest = std::ranges::find(verb.parameters, Parameter::Kind::rest, &Parameter::kind);
+    if (rest != verb.parameters.end()) return parseWithRest(verb, *rest, words, l10n);
     CLI::App app;
     app.set_help_flag();
     app.allow_extras();

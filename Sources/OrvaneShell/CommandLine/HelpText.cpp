@@ -52,7 +52,11 @@ std::string usage(const Verb& verb) {
     for (const Parameter& parameter : verb.parameters) {
         if (!isForPeople(parameter)) continue;
         const std::string form = parameterForm(parameter);
-        line += parameter.kind == Parameter::Kind::required ? " " + form : " [" + form + "]";
+        if (parameter.kind == Parameter::Kind::rest) {
+            line += " -- " + form + " …";
+        } else {
+            line += parameter.kind == Parameter::Kind::required ? " " + form : " [" + form + "]";
+        }
     }
     return line;
 }
@@ -64,6 +68,7 @@ std::string shortUsage(const Verb& verb) {
     std::string line(verb.name);
     for (const Parameter& parameter : verb.parameters) {
         if (parameter.kind == Parameter::Kind::required) line += " " + std::string(parameter.name);
+        if (parameter.kind == Parameter::Kind::rest) line += " " + std::string(parameter.name) + " …";
         if (parameter.kind == Parameter::Kind::optional) line += " [" + std::string(parameter.name) + "]";
     }
     return line;

@@ -21,6 +21,7 @@ struct Parameter {
         optional,  ///< by its place, may be left out
         option,    ///< "--project P"
         flag,      ///< "--json"
+        rest,      ///< the last: "COMMAND", all words behind "--" or from the first that is no option on
     };
     Kind kind = Kind::flag;
     /// "PATH", "--json"
@@ -35,6 +36,7 @@ struct Parameter {
 struct Arguments {
     std::map<std::string, std::string> values;
     std::set<std::string> flags;
+    std::vector<std::string> rest;
 
     bool has(const std::string& flag) const { return flags.contains(flag); }
     /// Empty when it was not given.

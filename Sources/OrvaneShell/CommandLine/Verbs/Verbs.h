@@ -18,6 +18,7 @@ Verb close();
 Verb events();
 Verb quit();
 Verb terminalFeed();
+Verb terminalRun();
 Verb help();
 /// What a second start of the host sends to the first.
 Verb activateExisting();
