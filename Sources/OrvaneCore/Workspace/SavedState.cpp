@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "OrvaneCore/Support/JSONObject.h"
+#include "OrvaneCore/Support/JsonList.h"
 #include "OrvaneCore/Workspace/UniqueIDs.h"
 
 namespace orvane {
@@ -16,14 +17,6 @@ namespace {
 using Document = JSONObject;
 /// The value of a member, or none to leave it out.
 using Written = std::optional<JsonValue>;
-
-template <typename Entry>
-JsonArray encodeList(const std::vector<Entry>& entries) {
-    JsonArray array;
-    for (const Entry& entry : entries)
-        array.push_back(entry.encode());
-    return array;
-}
 
 std::vector<Project> readProjects(const Document& document) {
     std::vector<Project> projects;
@@ -131,7 +124,7 @@ Written writeSurfaces(const SavedState& state) {
     if (!state.surfaces) return std::nullopt;
     boost::json::object object;
     for (const auto& [project, strip] : *state.surfaces)
-        object[project.upperText()] = encodeList(strip);
+        object[project.upperText()] = encodedList(strip);
     return object;
 }
 
@@ -152,10 +145,10 @@ struct Member {
 constexpr std::array members = {
     Member{.key = "projects",
            .read = [](const Document& document, SavedState& state) { state.projects = readProjects(document); },
-           .write = [](const SavedState& state) -> Written { return encodeList(state.projects); }},
+           .write = [](const SavedState& state) -> Written { return encodedList(state.projects); }},
     Member{.key = "templates",
            .read = [](const Document& document, SavedState& state) { state.templates = readTemplates(document); },
-           .write = [](const SavedState& state) -> Written { return encodeList(state.templates); }},
+           .write = [](const SavedState& state) -> Written { return encodedList(state.templates); }},
     Member{.key = "usageCounts",
            .read = [](const Document& document, SavedState& state) { state.usageCounts = readUsageCounts(document); },
            .write = writeUsageCounts},
