@@ -9,4 +9,11 @@ std::string lastPathComponent(std::string_view path) {
     return std::string(path.substr(path.rfind('/') + 1));  // npos + 1 is 0: the whole text
 }
 
+std::string joinedPath(std::string_view folder, std::string_view rest) {
+    std::string path(folder.substr(0, folder.find_last_not_of('/') + 1));  // npos + 1 is 0: the root
+    path += '/';
+    path += rest;
+    return path;
+}
+
 }  // namespace orvane
