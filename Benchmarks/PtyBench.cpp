@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -98,7 +99,7 @@ Measured<void> measure(const Settings& settings) {
 
 }  // namespace orvane::benchmark
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     using namespace orvane::benchmark;
     CLI::App app("Measures programs on pseudo-terminals that write without end.");
     bool isQuick = false;
@@ -113,4 +114,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     return 0;
+} catch (const std::exception& exception) {
+    std::fputs(exception.what(), stderr);
+    return 1;
 }

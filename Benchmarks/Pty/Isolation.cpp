@@ -78,6 +78,7 @@ Measured<Isolation> isolation(int echoingSessions, std::chrono::milliseconds dur
     const TerminalOptions options{.cols = 80, .rows = 25, .scrollback = 10'000};
     Flooded flood(loop, reader.loop(), options, {});
     std::vector<std::unique_ptr<Typist>> typists;
+    typists.reserve(static_cast<std::size_t>(echoingSessions));
     for (int index = 0; index < echoingSessions; ++index)
         typists.push_back(std::make_unique<Typist>(loop, reader.loop(), options, nullptr));
     startShell(flood, "exec yes");

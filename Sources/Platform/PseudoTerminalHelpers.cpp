@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstdlib>
 
+#include "Platform/ArgumentVector.h"
 #include "Platform/Reaper.h"
 #include "Platform/Uninterrupted.h"
 
@@ -56,16 +57,6 @@ std::expected<Ends, SystemError> openEnds(const Command& command, const WindowSi
     return ends;
 }
 
-/// As exec takes it, with a null at the end. The strings must outlive it; exec does not change them.
-std::vector<char*> pointers(const std::vector<std::string>& strings) {
-    std::vector<char*> list;
-    list.reserve(strings.size() + 1);
-    for (const std::string& string : strings)
-        list.push_back(const_cast<char*>(string.c_str()));
-    list.push_back(nullptr);
-    return list;
-}
-
 void resetSignals() {
     for (int number = 1; number < NSIG; ++number)
         std::signal(number, SIG_DFL);
@@ -103,8 +94,8 @@ std::expected<Process, SystemError> forkAndExec(const Command& command, const Wi
     if (!isValid(command)) return std::unexpected(SystemError::of(EINVAL, "start", command.path.c_str()));
     auto ends = openEnds(command, windowSize);
     if (!ends) return std::unexpected(ends.error());
-    const std::vector<char*> arguments = pointers(command.arguments);
-    const std::vector<char*> environment = pointers(command.environment);
+    const std::vector<char*> arguments = argumentVector(command.arguments);
+    const std::vector<char*> environment = argumentVector(command.environment);
     Reaper::makeChildrenWaitable();
     const pid_t pid = fork();
     if (pid < 0) return failure(command);

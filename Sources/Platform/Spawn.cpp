@@ -13,6 +13,7 @@
 #include <cstring>
 #include <utility>
 
+#include "Platform/ArgumentVector.h"
 #include "Platform/ProgramLookup.h"
 #include "Platform/Reaper.h"
 #include "Platform/Uninterrupted.h"
@@ -144,16 +145,6 @@ std::vector<std::string> assignments(const std::map<std::string, std::string>& e
     return list;
 }
 
-/// As exec takes it, with a null at the end. The strings must outlive it; exec does not change them.
-std::vector<char*> pointers(const std::vector<std::string>& strings) {
-    std::vector<char*> list;
-    list.reserve(strings.size() + 1);
-    for (const std::string& string : strings)
-        list.push_back(const_cast<char*>(string.c_str()));
-    list.push_back(nullptr);
-    return list;
-}
-
 std::string searchPath(const Options& options) {
     if (!options.environment) {
         const char* path = std::getenv("PATH");
@@ -216,8 +207,8 @@ std::expected<pid_t, SystemError> launch(const Options& options, const std::stri
                                          const FileActions& actions) {
     const std::vector<std::string> variables =
         options.environment ? assignments(*options.environment) : std::vector<std::string>();
-    const std::vector<char*> environment = pointers(variables);
-    const std::vector<char*> arguments = pointers(options.arguments);
+    const std::vector<char*> environment = argumentVector(variables);
+    const std::vector<char*> arguments = argumentVector(options.arguments);
     const Attributes attributes(options.group);
     Reaper::makeChildrenWaitable();
     pid_t pid = 0;

@@ -108,7 +108,7 @@ void TerminalState::scrollUp(int count) {
     const int bottom = buffer->scrollBottom();
     count = std::clamp(count, 0, bottom - top + 1);
     if (!hasFullWidth()) {
-        scrollColumnsUp(top, bottom, count);
+        moveColumns(top, bottom, count, Motion::up);
         return;
     }
     const StoredCell fill = eraseFill();
@@ -124,31 +124,30 @@ void TerminalState::scrollDown(int count) {
 }
 
 void TerminalState::insertLines(int top, int count) {
-    const int bottom = buffer->scrollBottom();
-    count = std::clamp(count, 0, bottom - top + 1);
-    if (!hasFullWidth()) {
-        scrollColumnsDown(top, bottom, count);
-        return;
-    }
-    const StoredCell fill = eraseFill();
-    for (int step = 0; step < count; ++step)
-        buffer->insertRow(top, bottom, fill);
-    breakLineAt(top + count);
-    breakLineAt(bottom + 1);
-    markRows(top, bottom);
+    moveRows(top, count, Motion::down);
 }
 
 void TerminalState::deleteLines(int top, int count) {
+    moveRows(top, count, Motion::up);
+}
+
+/// Rows from `top` to the region's bottom; none goes into the history.
+void TerminalState::moveRows(int top, int count, Motion motion) {
     const int bottom = buffer->scrollBottom();
     count = std::clamp(count, 0, bottom - top + 1);
     if (!hasFullWidth()) {
-        scrollColumnsUp(top, bottom, count);
+        moveColumns(top, bottom, count, motion);
         return;
     }
     const StoredCell fill = eraseFill();
-    for (int step = 0; step < count; ++step)
-        buffer->deleteRow(top, bottom, fill);
-    breakLineAt(top);
+    for (int step = 0; step < count; ++step) {
+        if (motion == Motion::up) {
+            buffer->deleteRow(top, bottom, fill);
+        } else {
+            buffer->insertRow(top, bottom, fill);
+        }
+    }
+    breakLineAt(motion == Motion::up ? top : top + count);
     breakLineAt(bottom + 1);
     markRows(top, bottom);
 }
@@ -166,27 +165,16 @@ void TerminalState::markScroll(int top, int bottom, int count) {
     }
 }
 
-void TerminalState::scrollColumnsUp(int top, int bottom, int count) {
+/// The same between the margins. Each row takes its cells before they are overwritten.
+void TerminalState::moveColumns(int top, int bottom, int count, Motion motion) {
     const int left = leftMargin();
     const int width = rightMargin() - left + 1;
-    for (int y = top; y <= bottom; ++y) {
+    for (int step = 0; step <= bottom - top; ++step) {
+        const int y = motion == Motion::up ? top + step : bottom - step;
+        const int source = motion == Motion::up ? y + count : y - count;
         BufferLine line = buffer->line(y);
-        if (y + count <= bottom) {
-            line.copyFrom(buffer->line(y + count).view(), left, left, width);
-        } else {
-            line.replaceCells(left, left + width, eraseFill());
-        }
-    }
-    markRows(top, bottom);
-}
-
-void TerminalState::scrollColumnsDown(int top, int bottom, int count) {
-    const int left = leftMargin();
-    const int width = rightMargin() - left + 1;
-    for (int y = bottom; y >= top; --y) {
-        BufferLine line = buffer->line(y);
-        if (y - count >= top) {
-            line.copyFrom(buffer->line(y - count).view(), left, left, width);
+        if (source >= top && source <= bottom) {
+            line.copyFrom(buffer->line(source).view(), left, left, width);
         } else {
             line.replaceCells(left, left + width, eraseFill());
         }

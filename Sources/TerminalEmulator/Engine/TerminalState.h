@@ -150,8 +150,9 @@ class TerminalState {
 
  private:
     void resetModes();
-    void scrollColumnsUp(int top, int bottom, int count);
-    void scrollColumnsDown(int top, int bottom, int count);
+    enum class Motion : std::uint8_t { up, down };
+    void moveRows(int top, int count, Motion motion);
+    void moveColumns(int top, int bottom, int count, Motion motion);
     void breakLineAt(int y);
     void markScroll(int top, int bottom, int count);
 };
