@@ -73,7 +73,7 @@ int carryOut(ClientContext& client, const std::vector<std::string>& words) {
         return CommandStatus::done;
     }
     const Verb* verb = verbOf(words);
-    if (verb == nullptr || verb->run == nullptr) return complain(client, client.l10n.text("usage.unknownVerb", name));
+    if (verb == nullptr || verb->run == nullptr) return complain(client, HelpText::unknownVerb(words, client.l10n));
     const std::vector<std::string> rest(words.begin() + (verb->name == name ? 1 : 2), words.end());
     if (!rest.empty() && (rest.front() == "--help" || rest.front() == "-h")) {
         client.output << HelpText::of(*verb, client.l10n);

@@ -41,6 +41,12 @@ std::string roff(std::string_view text) {
 
 }  // namespace
 
+std::string unknownVerb(const std::vector<std::string>& words, const L10n& l10n) {
+    const std::string& first = words.front();
+    const std::string seconds = secondWords(first);
+    return seconds.empty() ? l10n.text("usage.unknownVerb", first) : l10n.text("usage.secondWord", first, seconds);
+}
+
 std::string summaryKey(const Verb& verb) {
     std::string key = "help.verb." + std::string(verb.name);
     std::ranges::replace(key, ' ', '.');

@@ -13,6 +13,9 @@ std::string overview(const L10n& l10n);
 /// One verb with its parameters.
 std::string of(const Verb& verb, const L10n& l10n);
 
+/// What to tell a person whose words begin no verb.
+std::string unknownVerb(const std::vector<std::string>& words, const L10n& l10n);
+
 /// Of the text that says what the verb does: "help.verb.terminal.feed".
 std::string summaryKey(const Verb& verb);
 

@@ -28,4 +28,15 @@ const Verb* verbOf(std::span<const std::string> words) {
     return words.size() > 1 ? verbNamed(words[0] + ' ' + words[1]) : nullptr;
 }
 
+std::string secondWords(std::string_view firstWord) {
+    std::string list;
+    for (const Verb& verb : verbTable()) {
+        const std::size_t space = verb.name.find(' ');
+        if (verb.isHidden || space == std::string_view::npos || verb.name.substr(0, space) != firstWord) continue;
+        list += list.empty() ? "" : ", ";
+        list += verb.name.substr(space + 1);
+    }
+    return list;
+}
+
 }  // namespace orvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "OrvaneShell/CommandLine/Verb.h"
@@ -15,5 +16,9 @@ const Verb* verbNamed(std::string_view name);
 
 /// The verb that the words begin with; its name may be two of them.
 const Verb* verbOf(std::span<const std::string> words);
+
+/// The second words of the verbs for people that begin with this one: "feed, run" for "terminal". Empty for one that
+/// begins none.
+std::string secondWords(std::string_view firstWord);
 
 }  // namespace orvane

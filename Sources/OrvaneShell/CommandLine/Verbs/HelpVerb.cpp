@@ -23,7 +23,7 @@ int run(ClientContext& client, const Arguments& arguments) {
     if (const std::string second = arguments.value("second"); !second.empty()) words.push_back(second);
     const Verb* verb = verbOf(words);
     if (verb == nullptr || verb->isHidden) {
-        client.errors << client.l10n.text("usage.unknownVerb", arguments.value("verb")) << '\n';
+        client.errors << HelpText::unknownVerb(words, client.l10n) << '\n';
         return CommandStatus::wrongUsage;
     }
     client.output << HelpText::of(*verb, client.l10n);
