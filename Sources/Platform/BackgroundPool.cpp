@@ -1,33 +1,13 @@
 #include "Platform/BackgroundPool.h"
 
 #include <algorithm>
-#include <csignal>
 #include <exception>
 #include <system_error>
 
+#include "Platform/SignalsBlocked.h"
 #include "Platform/StandardError.h"
 
 namespace orvane {
-
-namespace {
-
-/// Blocks all signals on the calling thread while it lives; a thread started meanwhile keeps them blocked.
-class SignalsBlocked {
- public:
-    SignalsBlocked() {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &before_);
-    }
-    SignalsBlocked(const SignalsBlocked&) = delete;
-    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
- private:
-    sigset_t before_{};
-};
-
-}  // namespace
 
 std::size_t BackgroundPool::defaultThreadCount() {
     return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 2, 8);

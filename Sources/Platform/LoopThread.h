@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "Platform/AsioMainLoop.h"
+#include "Platform/SignalsBlocked.h"
 
 namespace orvane {
 
@@ -10,7 +11,10 @@ namespace orvane {
 /// on its thread only; `post` gets there.
 class LoopThread {
  public:
-    LoopThread() : thread_([this] { loop_.run(); }) {}
+    LoopThread() {
+        const SignalsBlocked blocked;
+        thread_ = std::thread([this] { loop_.run(); });
+    }
     LoopThread(const LoopThread&) = delete;
     LoopThread& operator=(const LoopThread&) = delete;
     ~LoopThread() {

@@ -126,6 +126,45 @@ TEST_F(HostTest, ANewUsersFirstCommands) {
     EXPECT_THAT(orvane({})->output, HasSubstr(id->lowerText().substr(0, 8)));  // and everything is found again
 }
 
+TEST_F(HostTest, ProgramsRunInSessions) {
+    orvane({"open", "."});
+    const auto made = orvane({"new", "shell", "--title", "mine", "--cols", "50", "--rows", "9"});
+    ASSERT_EQ(made->status(), 0) << made->errors;
+    const std::string id = made->output.substr(0, 8);
+    const auto shows = [&](const std::string& text) {
+        return loop.runUntil([&] { return orvane({"screen", id, "--scrollback"})->output.contains(text); });
+    };
+    EXPECT_EQ(orvane({"type", id, R"(PS1=; echo "<$((40+2))>"; stty size; pwd\r)"})->status(), 0);
+    EXPECT_TRUE(shows("<42>\n9 50\n" + folder.path("project") + "\n"));
+    EXPECT_EQ(orvane({"resize", id, "60x12"})->status(), 0);
+    EXPECT_EQ(shell("printf 'stty size\\r' | $0 type " + id + " -")->status(), 0);
+    EXPECT_TRUE(shows("12 60\n"));
+    EXPECT_THAT(orvane({"screen", id, "--json"})->output, HasSubstr(R"("cols":60)"));
+    EXPECT_THAT(orvane({"list"})->output, HasSubstr("mine"));
+
+    const std::string ended = orvane({"new", "custom", "--command", "printf over; exit 3"})->output.substr(0, 8);
+    EXPECT_TRUE(loop.runUntil([&] { return orvane({"list"})->output.contains("failed (3)"); }));
+    EXPECT_THAT(orvane({"screen", ended})->output, HasSubstr("over"));
+    const auto refused = [&](std::vector<std::string> words, int status) {
+        EXPECT_EQ(orvane(words)->status(), status) << words[0] << " " << words[1];
+    };
+    refused({"type", ended, "x"}, 1);
+    refused({"type", id, "\\q"}, 2);
+    refused({"resize", id, "12"}, 2);
+    refused({"new", "spaceship"}, 2);
+    refused({"new", "shell", "--cwd", "/nonexistent"}, 1);
+    refused({"new", "shell", "--project", "none"}, 1);
+    refused({"screen", "zzz"}, 1);
+
+    const pid_t child = [&] {
+        const auto list = Json::parse(orvane({"list", "--json"})->output);
+        return static_cast<pid_t>(JSONObject(list->as_array().front()).integer("pid", 0));
+    }();
+    ASSERT_GT(child, 1);
+    EXPECT_EQ(orvane({"quit", "--force"})->status(), 0);
+    EXPECT_NE(kill(child, 0), 0) << "the shell is left behind";
+}
+
 TEST_F(HostTest, WrongUsageIsToldInTheUsersLanguage) {
     const struct {
         std::vector<std::string> words;

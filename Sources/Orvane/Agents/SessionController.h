@@ -72,6 +72,8 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     const Appearance& appearance() const { return appearance_; }
     /// The process id of the program; 0 without one.
     pid_t processId() const;
+    /// The terminal of the program, also after it has ended; null when it never had one.
+    HeadlessTerminal* terminal() const { return process_ == nullptr ? nullptr : process_->terminal(); }
 
     bool needsAttention() const { return needsAttention_; }
     void raiseAttention();

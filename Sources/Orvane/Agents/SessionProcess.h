@@ -7,6 +7,7 @@
 
 namespace orvane {
 
+class HeadlessTerminal;
 class SessionController;
 
 /// The program behind a session that is no chat. Main thread only.
@@ -23,6 +24,8 @@ class SessionProcess {
     virtual pid_t foregroundProcessGroup() const = 0;
     /// Lets go of the program after its groups were signalled; no event comes any more.
     virtual void terminate() = 0;
+    /// Its terminal; null for one that has none.
+    virtual HeadlessTerminal* terminal() { return nullptr; }
 };
 
 struct SessionProcessEvents {

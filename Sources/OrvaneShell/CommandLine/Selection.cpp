@@ -41,6 +41,22 @@ std::expected<Uuid, Refusal> project(const HostContext& host, const std::string&
     return std::unexpected(refusal(host, isAmbiguous ? IdPrefix::Error::several : IdPrefix::Error::none, text));
 }
 
+std::expected<SessionController*, Refusal> session(const HostContext& host, const std::string& text) {
+    std::vector<Uuid> ids;
+    for (const auto& each : host.store.sessions())
+        ids.push_back(each->id());
+    const auto id = among(host, text, ids);
+    if (!id) return std::unexpected(id.error());
+    return host.store.session(*id);
+}
+
+std::expected<HeadlessTerminal*, Refusal> terminal(const HostContext& host, const std::string& text) {
+    const auto found = session(host, text);
+    if (!found) return std::unexpected(found.error());
+    if (HeadlessTerminal* terminal = (*found)->terminal()) return terminal;
+    return std::unexpected(Refusal{.message = host.l10n.text("error.noTerminal", (*found)->title())});
+}
+
 std::expected<Item, Refusal> item(const HostContext& host, const std::string& text) {
     std::vector<Item> items;
     for (const auto& session : host.store.sessions())

@@ -11,6 +11,11 @@ namespace orvane::Selection {
 /// The project that a person means: the start of its id, its path, or its name.
 std::expected<Uuid, Refusal> project(const HostContext& host, const std::string& text);
 
+/// A session, by the start of its id.
+std::expected<SessionController*, Refusal> session(const HostContext& host, const std::string& text);
+/// The terminal of such a session; refused for one that has none.
+std::expected<HeadlessTerminal*, Refusal> terminal(const HostContext& host, const std::string& text);
+
 /// What an id stands for.
 struct Item {
     enum class Kind { session, pane, surface };

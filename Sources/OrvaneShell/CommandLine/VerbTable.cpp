@@ -9,10 +9,10 @@ namespace orvane {
 
 std::span<const Verb> verbTable() {
     static const std::array table = {
-        Verbs::host(),         Verbs::open(),        Verbs::list(),   Verbs::projects(),
-        Verbs::rename(),       Verbs::color(),       Verbs::move(),   Verbs::remove(),
-        Verbs::layout(),       Verbs::close(),       Verbs::events(), Verbs::quit(),
-        Verbs::terminalFeed(), Verbs::terminalRun(), Verbs::help(),   Verbs::activateExisting(),
+        Verbs::host(), Verbs::open(),         Verbs::new_(),        Verbs::list(),   Verbs::screen(),
+        Verbs::type(), Verbs::resize(),       Verbs::projects(),    Verbs::rename(), Verbs::color(),
+        Verbs::move(), Verbs::remove(),       Verbs::layout(),      Verbs::close(),  Verbs::events(),
+        Verbs::quit(), Verbs::terminalFeed(), Verbs::terminalRun(), Verbs::help(),   Verbs::activateExisting(),
     };
     return table;
 }

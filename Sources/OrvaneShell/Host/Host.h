@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "Orvane/Agents/TerminalLauncher.h"
 #include "Orvane/Workspace/AppStore.h"
 #include "Orvane/Workspace/StopSequence.h"
 #include "OrvaneShell/Host/RequestRouter.h"
@@ -57,6 +58,7 @@ class Host {
     PreferencesStore preferences_;
     L10n l10n_;
     StateFile stateFile_;
+    TerminalLauncher launcher_;
     std::shared_ptr<AppStore> store_;
     StopSequence stopSequence_;
     RequestRouter router_;

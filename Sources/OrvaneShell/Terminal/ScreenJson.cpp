@@ -130,16 +130,28 @@ boost::json::object cursorJson(const Terminal& terminal) {
 
 }  // namespace
 
-JsonValue screenJson(const Terminal& terminal) {
+JsonValue screenJson(const Terminal& terminal, HistoryPart history) {
     const Buffer& buffer = terminal.buffer();
+    const int first = history == HistoryPart::shown ? 0 : buffer.yBase();
     const ClusterTable& clusters = terminal.clusters();
     return {{"cols", terminal.cols()},
             {"rows", terminal.rows()},
             {"alt", terminal.isAlternateBufferActive()},
             {"cursor", cursorJson(terminal)},
             {"title", terminal.terminalTitle()},
-            {"scrollback", linesJson(buffer, 0, buffer.yBase(), clusters)},
+            {"scrollback", linesJson(buffer, first, buffer.yBase(), clusters)},
             {"lines", linesJson(buffer, buffer.yBase(), buffer.count(), clusters)}};
+}
+
+std::string screenText(const Terminal& terminal, HistoryPart history) {
+    const Buffer& buffer = terminal.buffer();
+    std::string text;
+    for (int row = history == HistoryPart::shown ? 0 : buffer.yBase(); row < buffer.count(); ++row) {
+        text += buffer.row(row).translateToString(terminal.clusters(),
+                                                  {.trimsRight = true, .skipsNullCellsFollowingWide = true});
+        text += '\n';
+    }
+    return text;
 }
 
 }  // namespace orvane

@@ -54,12 +54,7 @@ void printScreen(ClientContext& client, const Arguments& arguments, const Termin
         client.printJson(screenJson(terminal));
         return;
     }
-    const Buffer& buffer = terminal.buffer();
-    for (int row = buffer.yBase(); row < buffer.count(); ++row) {
-        client.output << buffer.row(row).translateToString(terminal.clusters(),
-                                                           {.trimsRight = true, .skipsNullCellsFollowingWide = true})
-                      << '\n';
-    }
+    client.output << screenText(terminal);
 }
 
 }  // namespace orvane::TerminalArguments

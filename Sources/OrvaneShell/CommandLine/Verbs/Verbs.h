@@ -7,7 +7,11 @@ namespace orvane::Verbs {
 
 Verb host();
 Verb open();
+Verb new_();
 Verb list();
+Verb screen();
+Verb type();
+Verb resize();
 Verb projects();
 Verb rename();
 Verb color();

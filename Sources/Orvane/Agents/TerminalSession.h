@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "Orvane/Agents/SessionProcess.h"
+#include "TerminalEmulator/HeadlessTerminal.h"
+
+namespace orvane {
+
+/// The program of a session on a terminal of its own. What it writes is not trusted with what it did not write.
+class TerminalSession final : public SessionProcess {
+ public:
+    /// Of a session that no view shows, in cells.
+    static constexpr int hiddenCols = 100;
+    static constexpr int hiddenRows = 37;
+
+    /// Both loops must outlive it.
+    TerminalSession(MainLoop& loop, MainLoop& reader, SessionProcessEvents events);
+
+    /// Whether the program was started.
+    [[nodiscard]] bool start(const LocalProcess::Start& start);
+
+    pid_t processId() const override { return screen_.process.shellPid(); }
+    pid_t foregroundProcessGroup() const override;
+    void terminate() override { screen_.process.terminate(); }
+    HeadlessTerminal* terminal() override { return &screen_; }
+
+ private:
+    class Screen final : public HeadlessTerminal {
+     public:
+        Screen(MainLoop& loop, MainLoop& reader, SessionProcessEvents events);
+        bool isProcessTrusted() override { return false; }
+
+     protected:
+        void dataReceived(std::string_view slice) override;
+
+     private:
+        std::function<void()> onActivity_;
+    };
+
+    Screen screen_;
+};
+
+}  // namespace orvane
