@@ -52,7 +52,8 @@ std::vector<Moment> momentsOf(const std::string& recording) {
 }
 
 void replaceAll(std::string& text, const std::string& from, const std::string& to) {
-    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, to.find(from) == 0 ? at + to.size() : at))
+    for (std::size_t at = text.find(from); at != std::string::npos;
+         at = text.find(from, to.find(from) == 0 ? at + to.size() : at))
         text.replace(at, from.size(), to);
 }
 
@@ -99,8 +100,10 @@ class Comparison {
         };
         const std::vector<std::string> shown = visibleRows(agent);
         // Claude Code leaves the top row blank now and then when the conversation is longer than the screen.
-        for (std::size_t row = rows_.empty() || !rows_[0].empty() ? 0 : 1; row < std::max(rows_.size(), shown.size()); ++row)
-            tell("row " + std::to_string(row), row < shown.size() ? shown[row] : "", row < rows_.size() ? rows_[row] : "");
+        for (std::size_t row = rows_.empty() || !rows_[0].empty() ? 0 : 1; row < std::max(rows_.size(), shown.size());
+             ++row)
+            tell("row " + std::to_string(row), row < shown.size() ? shown[row] : "",
+                 row < rows_.size() ? rows_[row] : "");
         const TerminalModes& modes = agent.terminal().modes();
         tell("title", masked(agent.terminal().terminalTitle()), masked(moment_.title));
         tell("screen", agent.terminal().isAlternateBufferActive() ? "alternate" : "main", moment_.screen);
@@ -119,7 +122,8 @@ class Comparison {
     std::vector<std::string> visibleRows(const AgentOnTerminal& agent) const {
         if (history_ == History::none) return masked(agent.screen());
         std::vector<std::string> rows = masked(agent.all());
-        if (rows.size() > rows_.size()) rows.erase(rows.begin(), rows.end() - static_cast<std::ptrdiff_t>(rows_.size()));
+        if (rows.size() > rows_.size())
+            rows.erase(rows.begin(), rows.end() - static_cast<std::ptrdiff_t>(rows_.size()));
         return rows;
     }
 
@@ -136,7 +140,9 @@ struct Replay {
     std::map<std::string, std::string> keys;
 };
 
-void PrintTo(const Replay& replay, std::ostream* stream) { *stream << replay.recording; }
+void PrintTo(const Replay& replay, std::ostream* stream) {
+    *stream << replay.recording;
+}
 
 /// "claude-main-80x25" is Main.
 std::string nameOf(const ::testing::TestParamInfo<Replay>& each) {
@@ -177,10 +183,12 @@ TEST_P(ScriptedScreens, AreWhatWasRecorded) {
                            .rows = isLarge ? 40 : 25});
     for (const Moment& moment : momentsOf(replay.recording)) {
         const auto replaced = replay.keys.find(moment.name);
-        ASSERT_TRUE(lead(agent, replaced == replay.keys.end() ? moment.keys : replaced->second)) << moment.name << agent.text();
+        ASSERT_TRUE(lead(agent, replaced == replay.keys.end() ? moment.keys : replaced->second))
+            << moment.name << agent.text();
         const Comparison comparison(replay.recording, moment, replay.history);
         EXPECT_TRUE(agent.until([&] { return comparison.difference(agent).empty(); }))
-            << replay.recording << " " << moment.name << "\n" << comparison.difference(agent) << agent.text();
+            << replay.recording << " " << moment.name << "\n"
+            << comparison.difference(agent) << agent.text();
         if (HasFailure()) return;
     }
 }
@@ -188,55 +196,51 @@ TEST_P(ScriptedScreens, AreWhatWasRecorded) {
 INSTANTIATE_TEST_SUITE_P(
     Claude, ScriptedScreens,
     ::testing::Values(Replay{"claude-main-80x25",
-                          "claude.agent",
-                          {},
-                          {{"empty", "[for agents]"},
-                           {"busy1", "<C-u><C-u><C-u>fake:slow start a long job<Enter>"},
-                           {"answered", "!"},
-                           {"cleared", "/clear<Enter>"}}},
+                             "claude.agent",
+                             {},
+                             {{"empty", "[for agents]"},
+                              {"busy1", "<C-u><C-u><C-u>fake:slow start a long job<Enter>"},
+                              {"answered", "!"},
+                              {"cleared", "/clear<Enter>"}}},
                       Replay{"claude-perm-80x25",
-                          "claude.agent",
-                          {},
-                          {{"bash", "[for agents]fake:bash run it<Enter>"},
-                           {"bash_running", "fake:bashlong tick<Enter>[Do you want]<Down><Up><Enter>"}}},
+                             "claude.agent",
+                             {},
+                             {{"bash", "[for agents]fake:bash run it<Enter>"},
+                              {"bash_running", "fake:bashlong tick<Enter>[Do you want]<Down><Up><Enter>"}}},
                       Replay{"claude-ask-80x25", "claude.agent", {}, {{"question1", "[for agents]fake:ask me<Enter>"}}},
                       Replay{"claude-trust-80x25", "claude-trust.agent", {}, {}},
                       Replay{"claude-inline-120x40", "claude-inline.agent", {}, {}},
-                      Replay{"claude-errors-120x40", "claude.agent", {}, {{"e429", "[for agents]fake:429 now<Enter>"}}}),
+                      Replay{
+                          "claude-errors-120x40", "claude.agent", {}, {{"e429", "[for agents]fake:429 now<Enter>"}}}),
     nameOf);
-INSTANTIATE_TEST_SUITE_P(
-    Codex, ScriptedScreens,
-    ::testing::Values(Replay{"codex-main-80x25",
-                             "codex.agent",
-                             {},
-                             {{"empty", "[for agents]"},
-                              {"busy2", "<C-u><C-u><C-u>fake:slow start a long job<Enter>"},
-                              {"busy_silent", "<C-u>fake:quiet wait without output<Enter>"},
-                              {"answered", "!"}}},
-                      Replay{"codex-perm-120x40",
-                             "codex.agent",
-                             {},
-                             {{"command", "[for agents]fake:esc run it<Enter>"},
-                              {"command_denied", "fake:esc run it<Enter>[Would you]<Escape>"}}},
-                      Replay{"codex-errors-80x25",
-                             "codex.agent",
-                             {},
-                             {{"e429", "[for agents]fake:429 now<Enter>"},
-                              {"e500", "<Down><Enter>[for agents]fake:500 now<Enter>"}}},
-                      Replay{"codex-trust-80x25", "codex-trust.agent", {}, {}}),
-    nameOf);
+INSTANTIATE_TEST_SUITE_P(Codex, ScriptedScreens,
+                         ::testing::Values(Replay{"codex-main-80x25",
+                                                  "codex.agent",
+                                                  {},
+                                                  {{"empty", "[for agents]"},
+                                                   {"busy2", "<C-u><C-u><C-u>fake:slow start a long job<Enter>"},
+                                                   {"busy_silent", "<C-u>fake:quiet wait without output<Enter>"},
+                                                   {"answered", "!"}}},
+                                           Replay{"codex-perm-120x40",
+                                                  "codex.agent",
+                                                  {},
+                                                  {{"command", "[for agents]fake:esc run it<Enter>"},
+                                                   {"command_denied", "fake:esc run it<Enter>[Would you]<Escape>"}}},
+                                           Replay{"codex-errors-80x25",
+                                                  "codex.agent",
+                                                  {},
+                                                  {{"e429", "[for agents]fake:429 now<Enter>"},
+                                                   {"e500", "<Down><Enter>[for agents]fake:500 now<Enter>"}}},
+                                           Replay{"codex-trust-80x25", "codex-trust.agent", {}, {}}),
+                         nameOf);
 INSTANTIATE_TEST_SUITE_P(
     Gemini, ScriptedScreens,
-    ::testing::Values(Replay{"gemini-main-80x25",
-                             "gemini.agent",
-                             Comparison::History::scrolled,
-                             {{"empty", "[for shortcuts]"},
-                              {"busy2", "<C-u>fake:slow start a long job<Enter>"},
-                              {"answered", "!"}}},
-                      Replay{"gemini-perm-80x25",
-                             "gemini.agent",
-                             {},
-                             {{"bash", "[for shortcuts]fake:bash run it<Enter>"}}}),
+    ::testing::Values(
+        Replay{"gemini-main-80x25",
+               "gemini.agent",
+               Comparison::History::scrolled,
+               {{"empty", "[for shortcuts]"}, {"busy2", "<C-u>fake:slow start a long job<Enter>"}, {"answered", "!"}}},
+        Replay{"gemini-perm-80x25", "gemini.agent", {}, {{"bash", "[for shortcuts]fake:bash run it<Enter>"}}}),
     nameOf);
 
 }  // namespace

@@ -26,7 +26,8 @@ std::expected<Invocation, std::string> readInvocation(const std::vector<std::str
             result.scenario = words[next + 1];
         }
     }
-    if (next < words.size()) result.arguments.assign(words.begin() + static_cast<std::ptrdiff_t>(next) + 1, words.end());
+    if (next < words.size())
+        result.arguments.assign(words.begin() + static_cast<std::ptrdiff_t>(next) + 1, words.end());
     return result;
 }
 

@@ -31,7 +31,9 @@ void Composer::type(std::string_view text) {
 void Composer::paste(const std::string& text, const PasteRule& rule) {
     const auto breaks = std::ranges::count(text, '\n');
     const auto characters = static_cast<int>(charactersOf(text).size());
-    if (rule.lines == 0 || (breaks + 1 < rule.lines && characters < rule.characters)) return type(text);
+    const bool isLong =
+        (rule.lines > 0 && breaks + 1 >= rule.lines) || (rule.characters > 0 && characters >= rule.characters);
+    if (!isLong) return type(text);
     const int number = ++pastes_;
     const std::string shown = expanded(rule.shown, [&](std::string_view name) {
         if (name == "number") return std::to_string(number);

@@ -46,7 +46,9 @@ void Conversation::clear() {
     rows_.clear();
 }
 
-void Conversation::beginTurn() { turnBegin_ = rows_.size() + (arrived_.empty() ? 0 : 1); }
+void Conversation::beginTurn() {
+    turnBegin_ = rows_.size() + (arrived_.empty() ? 0 : 1);
+}
 
 void Conversation::takeBack() {
     settle();

@@ -18,7 +18,9 @@ namespace {
 
 constexpr std::chrono::seconds longestCommand{10};
 
-std::string reason(const std::string& what) { return what + ": " + std::strerror(errno); }
+std::string reason(const std::string& what) {
+    return what + ": " + std::strerror(errno);
+}
 
 Failure save(const std::string& path, const std::string& content, std::ios::openmode mode) {
     std::error_code error;
@@ -76,7 +78,9 @@ Failure writeFile(const std::string& path, const std::string& content) {
     return rename(part.c_str(), path.c_str()) == 0 ? Failure() : reason(path);
 }
 
-Failure appendToFile(const std::string& path, const std::string& content) { return save(path, content, std::ios::app); }
+Failure appendToFile(const std::string& path, const std::string& content) {
+    return save(path, content, std::ios::app);
+}
 
 Failure removeFile(const std::string& path) {
     return unlink(path.c_str()) == 0 || errno == ENOENT ? Failure() : reason(path);

@@ -13,8 +13,8 @@ using Failure = std::optional<std::string>;
 [[nodiscard]] Failure appendToFile(const std::string& path, const std::string& content);
 [[nodiscard]] Failure removeFile(const std::string& path);
 
-/// Runs a line of a shell and waits for its end, at most 10 seconds; what it prints is dropped, and so is its status. An
-/// empty line is nothing.
+/// Runs a line of a shell and waits for its end, at most 10 seconds; what it prints is dropped, and so is its status.
+/// An empty line is nothing.
 [[nodiscard]] Failure runCommand(const std::string& line, const std::string& input);
 
 }  // namespace orvane::scripted

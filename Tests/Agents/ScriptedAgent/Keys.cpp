@@ -20,7 +20,8 @@ std::string nameOfCode(int code) {
     static const std::map<int, std::string> names = {
         {9, "Tab"}, {13, "Return"}, {27, "Escape"}, {32, "Space"}, {127, "Backspace"}};
     if (const auto found = names.find(code); found != names.end()) return found->second;
-    if (code > 32 && code < 127) return std::string(1, static_cast<char>(code >= 'a' && code <= 'z' ? code - 32 : code));
+    if (code > 32 && code < 127)
+        return std::string(1, static_cast<char>(code >= 'a' && code <= 'z' ? code - 32 : code));
     return "Key-" + std::to_string(code);
 }
 
@@ -65,9 +66,10 @@ Key plain(char byte) {
 
 /// The key of a whole control sequence; its name is empty when it stands for none.
 Key ofSequence(std::string_view body, char last) {
-    static const std::map<char, std::string> letters = {{'A', "Up"},   {'B', "Down"}, {'C', "Right"}, {'D', "Left"},
+    static const std::map<char, std::string> letters = {{'A', "Up"},   {'B', "Down"}, {'C', "Right"},    {'D', "Left"},
                                                         {'H', "Home"}, {'F', "End"},  {'Z', "Shift-Tab"}};
-    static const std::map<int, std::string> tildes = {{1, "Home"}, {3, "Delete"}, {4, "End"}, {5, "PageUp"}, {6, "PageDown"}};
+    static const std::map<int, std::string> tildes = {
+        {1, "Home"}, {3, "Delete"}, {4, "End"}, {5, "PageUp"}, {6, "PageDown"}};
     if (!body.empty() && (body[0] < '0' || body[0] > ';')) return {};
     const Parameters values = parametersOf(body);
     if (values.isRelease) return {};

@@ -9,7 +9,9 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-void append(Lines& lines, const Lines& more) { lines.insert(lines.end(), more.begin(), more.end()); }
+void append(Lines& lines, const Lines& more) {
+    lines.insert(lines.end(), more.begin(), more.end());
+}
 
 /// The rows of the screen: what does not fit is cut off at the top.
 Lines laidOut(const Frame& frame, Size size) {
@@ -42,9 +44,13 @@ Position markedPosition(const Lines& lines) {
     return {};
 }
 
-std::string csi(int number, char letter) { return "\x1b[" + std::to_string(number) + letter; }
+std::string csi(int number, char letter) {
+    return "\x1b[" + std::to_string(number) + letter;
+}
 
-std::string cursorVisibility(Cursor cursor) { return cursor == Cursor::shown ? "\x1b[?25h" : "\x1b[?25l"; }
+std::string cursorVisibility(Cursor cursor) {
+    return cursor == Cursor::shown ? "\x1b[?25h" : "\x1b[?25l";
+}
 
 }  // namespace
 

@@ -48,7 +48,9 @@ std::vector<Part> partsOf(std::string_view text) {
     return parts;
 }
 
-bool isFill(std::string_view name) { return name == "right" || name.starts_with("fill:"); }
+bool isFill(std::string_view name) {
+    return name == "right" || name.starts_with("fill:");
+}
 
 std::string repeated(std::string_view glyph, int count) {
     std::string result;
@@ -68,10 +70,9 @@ std::vector<std::string> placeholdersOf(std::string_view text) {
 }
 
 bool isKnownPlaceholder(const Scenario& scenario, std::string_view name) {
-    static const std::set<std::string_view> known = {"composer", "prompt",   "queue", "seconds", "cwd",  "cwd-name",
-                                                     "cwd-slug", "pid",      "uuid",  "time",    "millis", "right",
-                                                     "home",     "prompt-shown", "typed", "typed-lines",
-                                                     "checked"};
+    static const std::set<std::string_view> known = {
+        "composer", "prompt", "queue", "seconds", "cwd",          "cwd-name", "cwd-slug",    "pid",    "uuid",
+        "time",     "millis", "right", "home",    "prompt-shown", "typed",    "typed-lines", "checked"};
     for (const std::string_view prefix : {"pick:", "check:", "selected:", "fill:", "env:"}) {
         if (name.starts_with(prefix)) return true;
     }
@@ -105,8 +106,7 @@ std::vector<std::string> expandedRow(std::string_view text, const Lookup& lookup
                 rows.push_back(std::string(column, ' ') + lines[index]);
         }
     }
-    if (fillPlace <= rows.back().size())
-        rows.back().insert(fillPlace, repeated(filler, cells - width(rows.back())));
+    if (fillPlace <= rows.back().size()) rows.back().insert(fillPlace, repeated(filler, cells - width(rows.back())));
     return rows;
 }
 

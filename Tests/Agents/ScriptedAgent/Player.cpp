@@ -22,11 +22,7 @@ bool contains(const std::vector<std::string>& all, std::string_view one) {
 }  // namespace
 
 Player::Player(const Scenario& scenario, Size size, Write write)
-    : scenario_(scenario),
-      painter_(scenario),
-      size_(size),
-      write_(std::move(write)),
-      variables_(scenario.variables) {}
+    : scenario_(scenario), painter_(scenario), size_(size), write_(std::move(write)), variables_(scenario.variables) {}
 
 void Player::start(const std::string& firstPrompt, TimePoint now) {
     now_ = started_ = turn_.began = now;
@@ -63,8 +59,8 @@ void Player::resize(Size size, TimePoint now) {
 void Player::advance(TimePoint now) {
     now_ = now;
     conversation_.advance(now);
-    for (const Reaction* due = nextDue(); due != nullptr && entered_ + duration(due->trigger.what) <= now && !exitStatus_;
-         due = nextDue()) {
+    for (const Reaction* due = nextDue();
+         due != nullptr && entered_ + duration(due->trigger.what) <= now && !exitStatus_; due = nextDue()) {
         done_.insert(due);
         react(*due);
     }
@@ -235,8 +231,8 @@ void Player::outside(const Action& action) {
 }
 
 void Player::enter(Prompt prompt) {
-    const Reaction* reaction = reactionTo(
-        Trigger::Kind::prompt, [&](const Trigger& trigger) { return matches(prompt.text, trigger.what); });
+    const Reaction* reaction =
+        reactionTo(Trigger::Kind::prompt, [&](const Trigger& trigger) { return matches(prompt.text, trigger.what); });
     if (reaction == nullptr) return;
     composer_.clear();
     conversation_.beginTurn();

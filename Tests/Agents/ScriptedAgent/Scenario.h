@@ -103,9 +103,9 @@ struct Cycle {
     std::vector<std::string> glyphs;
 };
 
-/// A paste of at least so many lines or characters is shown as a text in its place.
+/// A paste of at least so many lines or characters is shown as a text in its place; 0 is no limit.
 struct PasteRule {
-    int lines = 0;  ///< 0: pastes are shown as they are
+    int lines = 0;
     int characters = 0;
     std::string shown;
 };

@@ -117,7 +117,8 @@ class Parser {
              }},
             {"moves",
              [&](auto value) {
-                 return choose<Moves>(all.moves, value, {{"absolute", Moves::absolute}, {"from-home", Moves::fromHome}});
+                 return choose<Moves>(all.moves, value,
+                                      {{"absolute", Moves::absolute}, {"from-home", Moves::fromHome}});
              }},
             {"streams",
              [&](auto value) {
@@ -273,16 +274,16 @@ class Parser {
         Action action{.place = place_};
         if (Fault fault = choose<Verb>(
                 action.verb, word,
-                {{"go", go},           {"again", again},     {"print", print},     {"say", say},     {"stream", stream},
-                 {"more", more},       {"clear", clear},     {"discard", discard}, {"queue", queue}, {"dequeue", dequeue},
-                 {"unsay", unsay},
-                 {"restore", restore}, {"let", let},         {"send", send},       {"write", write}, {"append", append},
-                 {"remove", remove},   {"run", run},         {"exit", exit},       {"ignore", ignore}}))
+                {{"go", go},         {"again", again},     {"print", print},     {"say", say},     {"stream", stream},
+                 {"more", more},     {"clear", clear},     {"discard", discard}, {"queue", queue}, {"dequeue", dequeue},
+                 {"unsay", unsay},   {"restore", restore}, {"let", let},         {"send", send},   {"write", write},
+                 {"append", append}, {"remove", remove},   {"run", run},         {"exit", exit},   {"ignore", ignore}}))
             return fault;
         if (Fault fault = readOperands(action, rest)) return fault;
         auto& actions = state_->reactions[placeInState_ - 1].actions;
         actions.push_back(std::move(action));
-        const bool takesRows = actions.back().verb == write || actions.back().verb == append || actions.back().verb == run;
+        const bool takesRows =
+            actions.back().verb == write || actions.back().verb == append || actions.back().verb == run;
         rows_ = takesRows ? &actions.back().rows : nullptr;
         escapes_ = Escapes::kept;
         return {};

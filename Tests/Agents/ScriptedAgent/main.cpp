@@ -27,7 +27,9 @@ constexpr int usageStatus = 2;
 const std::pair<int, const char*> signals[] = {{SIGINT, "INT"},   {SIGTERM, "TERM"}, {SIGHUP, "HUP"}, {SIGQUIT, "QUIT"},
                                                {SIGUSR1, "USR1"}, {SIGUSR2, "USR2"}, {SIGWINCH, ""}};
 
-TimePoint now() { return std::chrono::steady_clock::now(); }
+TimePoint now() {
+    return std::chrono::steady_clock::now();
+}
 
 int complain(const std::string& text) {
     std::fprintf(stderr, "scripted-agent: %s\n", text.c_str());
@@ -102,8 +104,8 @@ class Loop {
 };
 
 int play(const std::vector<std::string>& words) {
-    const auto invocation = readInvocation(words, environmentValue("ORVANE_TEST_SCENARIO"),
-                                           environmentValue("ORVANE_TEST_SCENARIO_SET"));
+    const auto invocation =
+        readInvocation(words, environmentValue("ORVANE_TEST_SCENARIO"), environmentValue("ORVANE_TEST_SCENARIO_SET"));
     if (!invocation) return complain(invocation.error());
     auto scenario = parseScenario(invocation->scenario);
     if (!scenario) return complain(scenario.error().message());
