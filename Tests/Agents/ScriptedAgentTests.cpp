@@ -143,10 +143,12 @@ TEST_F(ScriptedAgent, EndsAsTheRealOnesDo) {
         {"claude.agent", {"--permission-mode", "default", "hello there"}, "❯ hello there", "/exit\r", 0, "--resume"},
         {"claude-trust.agent", {}, "Accessing workspace", "\x1b", 1, "Security guide"},
         {"codex.agent", {}, "for shortcuts", "\x03", 0, "codex resume"},
+        {"own.agent", {"first"}, "I have heard: first", "bye\r", 0, "own>"},
+        {"own.agent", {}, "own>", "fail now\r", 3, "own>"},
         {"gemini.agent", {}, "for shortcuts", "fake:quota\r", 173, "no sandbox"},
     };
     for (const auto& each : cases) {
-        auto how = known(each.agent, std::string(each.agent) == "gemini.agent" ? "" : "guard=0");
+        auto how = known(each.agent, each.agent == std::string("own.agent") ? "" : "guard=0");
         how.arguments = each.arguments;
         AgentOnTerminal agent(how);
         ASSERT_TRUE(*each.wait == '\0' || agent.shows(each.wait)) << each.agent << agent.text();
