@@ -40,7 +40,7 @@ void LoginCapture::finish(const ExitStatus& status) {
 /// Its profile may have started programs that outlive it.
 void LoginCapture::stop() {
     timeout_.reset();
-    // ESRCH: it has just ended by itself.
+    // ESRCH: it has ended by itself.
     if (shell_) (void)shell_->signalGroup(SIGKILL);
 }
 

@@ -20,6 +20,10 @@ class LoginCapture {
     /// Begins at once. `toolFolders` join the PATH that is captured. The loop must outlive it.
     LoginCapture(MainLoop& loop, const std::string& shell, const Environment& environment,
                  std::vector<std::string> toolFolders);
+    LoginCapture(const LoginCapture&) = delete;
+    LoginCapture& operator=(const LoginCapture&) = delete;
+    /// A shell that is still at it is killed.
+    ~LoginCapture() { stop(); }
 
     const std::optional<EnvironmentEntries>& entries() const { return entries_; }
 
