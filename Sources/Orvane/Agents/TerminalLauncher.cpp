@@ -30,7 +30,7 @@ std::vector<std::string> namesIn(const std::string& folder) {
 
 /// Programs told of a locale that is not installed fall back to ASCII.
 std::string usableLocale() {
-    const std::string preferred = "en_US.UTF-8";
+    std::string preferred = "en_US.UTF-8";
     const locale_t locale = newlocale(LC_CTYPE_MASK, preferred.c_str(), nullptr);
     if (locale == nullptr) return "C.UTF-8";
     freelocale(locale);
