@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Platform/HostName.h"
+
 namespace orvane {
 
 namespace {
@@ -11,7 +13,7 @@ constexpr int neverStarted = -1;
 }  // namespace
 
 TerminalSession::Screen::Screen(MainLoop& loop, MainLoop& reader, SessionProcessEvents events)
-    : HeadlessTerminal(loop, reader, {.cols = hiddenCols, .rows = hiddenRows},
+    : HeadlessTerminal(loop, reader, {.cols = hiddenCols, .rows = hiddenRows, .hostName = hostName()},
                        [onExit = std::move(events.onExit)](std::optional<int> waitStatus) {
                            onExit(waitStatus.value_or(neverStarted));
                        }),

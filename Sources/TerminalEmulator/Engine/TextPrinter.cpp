@@ -177,9 +177,11 @@ int TextPrinter::lastCellColumn() const {
     return col > 0 && state_.cursorLine().at(col).isRightHalf() ? col - 1 : col;
 }
 
-/// The last column that text reaches from where the cursor is.
-int TextPrinter::rightLimit() const {
+/// The last column that text reaches from where the cursor is. A line feed may have taken the cursor beyond the end of
+/// a row that is drawn double; it goes back to that row's last column then.
+int TextPrinter::rightLimit() {
     const int last = state_.lastColumn(state_.buffer->y());
+    if (state_.buffer->x() > last) state_.buffer->setX(last);
     const int right = state_.rightMargin();
     return state_.buffer->x() <= right ? std::min(right, last) : last;
 }

@@ -36,7 +36,7 @@ class TextPrinter {
     bool joinsCluster(char32_t scalar, std::int32_t code) const;
     void applyPresentation(char32_t selector, int col);
     int lastCellColumn() const;
-    int rightLimit() const;
+    int rightLimit();
     void advance(int col, int limit);
     void unlinkNextRow(int limit);
 

@@ -39,6 +39,8 @@ TEST(TextTest, wrapsAtTheRightMarginWhenTheNextCharacterComes) {
         {"right of the margins to the screen's edge", "\x1b[?69h\x1b[3;5s\x1b[1;8Habcd", "       abc|  d|", "3,1"},
         {"at the bottom it scrolls", "\x1b[4;9Habc", "||        ab|c|", "1,3"},
         {"below the region it does not", "\x1b[1;2r\x1b[4;9Habc", "|||c       ab|", "1,3"},
+        {"onto a row drawn double, from beyond its end", "\x1b#6\x1b[2;10H\x1bMab", "    a|b|", "1,1"},
+        {"the same with other characters", "\x1b#6\x1b[2;10H\x1bMéè", "    é|è|", "1,1"},
         {"insert mode shifts to the margin", "abcdefgh\x1b[4h\x1b[1;3HXYZ", "abXYZcdefg|", "5,0"},
         {"insert mode, wide", "abcdefgh\x1b[4h\r漢é", "漢éabcdefg|", "3,0"},
     };

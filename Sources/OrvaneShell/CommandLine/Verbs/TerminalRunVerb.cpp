@@ -11,6 +11,7 @@
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
 #include "OrvaneShell/Terminal/OwnWindow.h"
 #include "Platform/AsioMainLoop.h"
+#include "Platform/HostName.h"
 #include "Platform/LoopThread.h"
 #include "Platform/ProcessGroup.h"
 #include "Platform/ProgramLookup.h"
@@ -87,8 +88,9 @@ void killAll(const LocalProcess& process) {
 }
 
 int run(ClientContext& client, const Arguments& arguments) {
-    const auto options = TerminalArguments::optionsOf(client, arguments);
+    auto options = TerminalArguments::optionsOf(client, arguments);
     if (!options) return options.error();
+    options->hostName = hostName();
     const auto timeout = TerminalArguments::number(client, arguments, "timeout", 0, {0, longestTimeout});
     if (!timeout) return timeout.error();
     const auto program = programOf(client, arguments.rest.front());
