@@ -198,8 +198,9 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
 };
 
 ReadChannel::ReadChannel(MainLoop& dispatch, MainLoop& reader, FileDescriptor descriptor, const Limits& limits,
-                         Callbacks callbacks)
+                         Callbacks callbacks, std::optional<std::string> loggingDirectory)
     : state_(std::make_shared<State>(dispatch, reader, std::move(descriptor), limits, std::move(callbacks))) {
+    state_->loggingDirectory = std::move(loggingDirectory);
     state_->postToReader([](State& state) { state.issueRead(); });
 }
 

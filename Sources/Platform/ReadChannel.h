@@ -32,9 +32,9 @@ class ReadChannel {
         std::function<void()> onEnd;  ///< no more bytes will come; after all of them
     };
 
-    /// The descriptor must not block. Reading begins at once.
+    /// The descriptor must not block. Reading begins at once, and with a folder also logging.
     ReadChannel(MainLoop& dispatch, MainLoop& reader, FileDescriptor descriptor, const Limits& limits,
-                Callbacks callbacks);
+                Callbacks callbacks, std::optional<std::string> loggingDirectory = {});
     ReadChannel(const ReadChannel&) = delete;
     ReadChannel& operator=(const ReadChannel&) = delete;
     ~ReadChannel();

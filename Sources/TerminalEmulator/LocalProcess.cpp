@@ -40,8 +40,8 @@ void LocalProcess::startProcess(const Start& start) {
                                            [this] {
                                                running_ = false;
                                                input_.reset();
-                                           }});
-    io_->setLogging(loggingDirectory_);
+                                           }},
+                loggingDirectory_);
 }
 
 void LocalProcess::send(std::string_view data) {
