@@ -43,13 +43,18 @@ class Flooded final : public HeadlessTerminal {
     }
 };
 
-/// Types a key, waits for its echo, and types the next one.
+/// A quick typist's pause between two keys.
+constexpr std::chrono::milliseconds keyPause{50};
+
+/// Types a key when the echo of the one before has come.
 class Typist final : public HeadlessTerminal {
  public:
     using HeadlessTerminal::HeadlessTerminal;
     std::vector<double> latencies;
 
     void type() {
+        if (isWaiting_) return;
+        isWaiting_ = true;
         typedAt_ = Clock::now();
         process.send("x");
     }
@@ -57,13 +62,14 @@ class Typist final : public HeadlessTerminal {
  protected:
     void dataReceived(std::string_view slice) override {
         HeadlessTerminal::dataReceived(slice);
-        if (!slice.contains('x')) return;
+        if (!isWaiting_ || !slice.contains('x')) return;
         latencies.push_back(since(typedAt_));
-        type();
+        isWaiting_ = false;
     }
 
  private:
     Clock::time_point typedAt_;
+    bool isWaiting_ = false;
 };
 
 void startShell(HeadlessTerminal& terminal, const std::string& script) {
@@ -92,8 +98,9 @@ Measured<Isolation> isolation(int echoingSessions, std::chrono::milliseconds dur
         if (isWarm) result.longestTurn = std::max(result.longestTurn, since(last) - 1);
         last = Clock::now();
     });
-    const auto warm = loop.after(std::chrono::milliseconds(300), [&] {
-        isWarm = true;
+    const auto warm = loop.after(std::chrono::milliseconds(300), [&] { isWarm = true; });
+    const auto keys = loop.every(keyPause, {}, [&] {
+        if (!isWarm) return;
         for (const auto& typist : typists)
             typist->type();
     });

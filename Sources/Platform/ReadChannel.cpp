@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <mutex>
 #include <utility>
@@ -18,6 +19,9 @@ namespace {
 
 /// What a pseudo-terminal or a pipe can hold, and more: so much is read when the writer has ended.
 constexpr std::size_t drainLimit = std::size_t{256} << 10;
+
+/// Of one turn of the reading thread: a program that writes as fast as it is read must not keep the others waiting.
+constexpr std::chrono::microseconds longestRead{500};
 
 /// Bytes, or what is to be done behind those before it.
 struct Chunk {
@@ -79,7 +83,8 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
     std::string readAvailable() {
         buffer.resize(limits.readSize);
         std::size_t size = 0;
-        while (size < buffer.size()) {
+        const auto start = std::chrono::steady_clock::now();
+        do {
             const ssize_t count =
                 uninterrupted([&] { return ::read(descriptor.number(), buffer.data() + size, buffer.size() - size); });
             if (count < 0 && errno == EAGAIN) break;
@@ -87,7 +92,7 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
             isAtEnd = count <= 0;
             if (isAtEnd) break;
             size += static_cast<std::size_t>(count);
-        }
+        } while (size < buffer.size() && std::chrono::steady_clock::now() - start < longestRead);
         const std::string bytes(buffer.data(), size);
         log(bytes);
         return bytes;
