@@ -32,7 +32,6 @@ std::expected<void, SystemError> WriteQueue::send() {
             return std::unexpected(error);
         }
         const auto count = static_cast<std::size_t>(written);
-        total_ += count;
         unsentSize_ -= count;
         sentOfFirst_ += count;
         if (sentOfFirst_ < unsent_.front().size()) continue;

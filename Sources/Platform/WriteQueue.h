@@ -22,8 +22,6 @@ class WriteQueue {
     /// Any other error is that of the write, and all that waited is dropped.
     [[nodiscard]] std::expected<void, SystemError> write(std::string_view bytes);
 
-    std::size_t bytesWritten() const { return total_; }
-
  private:
     std::expected<void, SystemError> send();
 
@@ -33,7 +31,6 @@ class WriteQueue {
     std::deque<std::string> unsent_;
     std::size_t unsentSize_ = 0;
     std::size_t sentOfFirst_ = 0;
-    std::size_t total_ = 0;
     Registration room_;
 };
 

@@ -35,24 +35,12 @@ class Buffer {
         int y = 0;
         bool isWrapPending = false;
         bool originMode = false;
-        bool marginMode = false;
         bool wraparound = true;
-        bool reverseWraparound = false;
         Pen pen;
         std::array<std::uint8_t, 4> charsets{};  ///< G0 to G3 in the terminal's own numbers, 0 being ASCII
         std::uint8_t charsetLevel = 0;
 
         bool operator==(const SavedCursor&) const = default;
-    };
-
-    /// What is kept when the alternate screen is left.
-    struct LastBufferStorage {
-        int y = 0;
-        int x = 0;
-        int cols = 0;
-        int rows = 0;
-
-        bool operator==(const LastBufferStorage&) const = default;
     };
 
     /// Without `scrollback` there is no history and a change of width cuts rows. Sizes are clamped.
@@ -83,10 +71,6 @@ class Buffer {
     TabStops tabStops;
     SavedCursor saved;
     Pen pen;  ///< the current look of this screen
-    bool insertMode = false;
-    bool marginMode = false;
-    bool wraparound = true;
-    std::optional<LastBufferStorage> lastBufferStorage;
 
     // The view on the ring.
     int xDisp = 0;

@@ -9,15 +9,8 @@ namespace {
 
 using Style = Attribute::CharacterStyle;
 
-/// The places that parameters count from, and the farthest they reach.
-struct Frame {
-    int top = 0;
-    int left = 0;
-    int bottom = 0;
-    int right = 0;
-};
-
-Frame frameOf(const TerminalState& state) {
+/// The place that parameters count from, and the farthest they reach.
+Area frameOf(const TerminalState& state) {
     if (!state.modes.originMode) return {0, 0, state.rows() - 1, state.cols() - 1};
     return {state.buffer->scrollTop(), state.leftMargin(), state.buffer->scrollBottom(), state.rightMargin()};
 }
@@ -92,7 +85,7 @@ void changeArea(TerminalState& state, const ParserParameters& parameters, Change
     if (!area) return;
     static constexpr std::int32_t plain[] = {0};
     const auto codes = parameters.size() > 4 ? parameters.values.subspan(4) : std::span<const std::int32_t>(plain);
-    const Frame frame = frameOf(state);
+    const Area frame = frameOf(state);
     const bool isStream = state.attributeExtent == TerminalState::AttributeExtent::stream;
     for (int y = area->top; y <= area->bottom; ++y) {
         const int left = isStream && y > area->top ? frame.left : area->left;
@@ -105,7 +98,7 @@ void changeArea(TerminalState& state, const ParserParameters& parameters, Change
 }  // namespace
 
 std::optional<Area> areaOf(const TerminalState& state, const ParserParameters& parameters, std::size_t first) {
-    const Frame frame = frameOf(state);
+    const Area frame = frameOf(state);
     const int height = frame.bottom - frame.top + 1;
     const int width = frame.right - frame.left + 1;
     const Area area{
@@ -121,7 +114,7 @@ std::optional<Area> areaOf(const TerminalState& state, const ParserParameters& p
 void copy(TerminalState& state, const ParserParameters& parameters) {
     const auto from = areaOf(state, parameters, 0);
     if (!from) return;
-    const Frame frame = frameOf(state);
+    const Area frame = frameOf(state);
     const int top = frame.top + bounded(parameters.valueOr(5, 1)) - 1;
     const int left = frame.left + bounded(parameters.valueOr(6, 1)) - 1;
     if (top > frame.bottom || left > frame.right) return;

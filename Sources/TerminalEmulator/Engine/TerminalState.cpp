@@ -323,7 +323,6 @@ void TerminalState::reset() {
         screen->clear();
         screen->saved = {};
         screen->pen = {};
-        screen->lastBufferStorage.reset();
         screen->tabStops.setup(-1, options.tabStopWidth);
     }
     normalBuffer.fillViewportRows();
