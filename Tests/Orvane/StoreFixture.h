@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Orvane/Agents/CustomAgentStore.h"
 #include "Orvane/Workspace/AppStore.h"
 #include "Platform/ChildProcess.h"
 #include "Platform/Files.h"
@@ -57,8 +58,13 @@ class StoreFixture : public ::testing::Test {
     ~StoreFixture() override { store->terminateAllSessions(); }
 
     std::shared_ptr<AppStore> makeStore() {
-        return std::make_shared<AppStore>(AppStore::Services{
-            .loop = loop, .pool = pool, .preferences = preferences, .stateFile = stateFile, .launcher = &launcher});
+        return std::make_shared<AppStore>(
+            AppStore::Services{.loop = loop,
+                               .pool = pool,
+                               .preferences = preferences,
+                               .stateFile = stateFile,
+                               .launcher = &launcher,
+                               .customAgent = [this](const Uuid& id) { return agents.spec(id); }});
     }
 
     Uuid project() { return store->addProject(folder.path()); }
@@ -76,6 +82,7 @@ class StoreFixture : public ::testing::Test {
     SerialQueue queue{pool};
     PreferencesStore preferences{loop, queue, folder.path() + "/preferences.json", [](const SystemError&) {}};
     StateFile stateFile{loop, queue, folder.path() + "/state.json", [](const SystemError&) {}};
+    CustomAgentStore agents{loop, queue, preferences, folder.path() + "/agents.json", [](const SystemError&) {}};
     ShellLauncher launcher{loop};
     std::shared_ptr<AppStore> store = makeStore();
 };

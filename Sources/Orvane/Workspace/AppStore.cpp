@@ -1,8 +1,5 @@
 #include "Orvane/Workspace/AppStore.h"
 
-#include <fmt/chrono.h>
-#include <fmt/format.h>
-
 #include <filesystem>
 #include <utility>
 
@@ -14,10 +11,6 @@ using namespace std::chrono_literals;
 
 constexpr Duration branchInterval = 15s;
 constexpr Duration branchTolerance = 3s;
-
-std::string fileTimeStamp(WallTime time) {
-    return fmt::format("{:%Y%m%dT%H%M%SZ}", std::chrono::floor<std::chrono::seconds>(time));
-}
 
 bool isFolder(const std::string& path) {
     std::error_code error;
@@ -42,7 +35,7 @@ void AppStore::restoreShell() {
 }
 
 void AppStore::load() {
-    auto state = services_.stateFile.load(fileTimeStamp(services_.loop.wallTime()));
+    auto state = services_.stateFile.load();
     if (!state) return;
     workspace_ = WorkspaceModel::restoring(std::move(*state), workspace_.workspaceTitle);
     workspace_.pruneWorktrees(isFolder);

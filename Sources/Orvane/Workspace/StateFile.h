@@ -1,11 +1,10 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 
+#include "Orvane/Support/JsonFile.h"
 #include "OrvaneCore/Workspace/SavedState.h"
-#include "Platform/WholeFileWriter.h"
 
 namespace orvane {
 
@@ -16,16 +15,13 @@ class StateFile {
     StateFile(MainLoop& loop, SerialQueue& queue, std::string path, WholeFileWriter::ErrorCallback onError);
 
     /// None when there is no file, or none that can be read; such a one is kept beside before it is overwritten.
-    std::optional<SavedState> load(const std::string& timeStamp);
-    void save(const SavedState& state);
+    std::optional<SavedState> load();
+    void save(const SavedState& state) { file_.save(state.encode()); }
     /// Waits until the last state is on the disk.
-    std::expected<void, SystemError> flush() { return writer_.flush(); }
+    std::expected<void, SystemError> flush() { return file_.flush(); }
 
  private:
-    std::string path_;
-    /// The time stamp of a file that could not be read nor kept aside; it is not overwritten before that succeeds.
-    std::optional<std::string> mustKeepOld_;
-    WholeFileWriter writer_;
+    JsonFile file_;
 };
 
 }  // namespace orvane

@@ -1,9 +1,11 @@
 #include "OrvaneCore/Agents/AgentSpecCatalog.h"
 
+#include <algorithm>
 #include <array>
 #include <boost/json.hpp>
 
 #include "OrvaneCore/Support/JsonList.h"
+#include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Workspace/UniqueIDs.h"
 
 namespace orvane::AgentSpecCatalog {
@@ -44,6 +46,25 @@ std::vector<AgentSpec> presets() {
                          .waitingPatterns = {}});
     }
     return specs;
+}
+
+std::optional<AgentSpec> preset(std::string_view name) {
+    for (AgentSpec& spec : presets()) {
+        const auto program = std::string_view(spec.command).substr(0, spec.command.find(' '));
+        if (Text::equalsIgnoringCase(spec.name, name) || Text::equalsIgnoringCase(program, name))
+            return std::move(spec);
+    }
+    return std::nullopt;
+}
+
+std::vector<AgentSpec> presetsMissing(const std::vector<AgentSpec>& specs) {
+    std::vector<AgentSpec> missing = presets();
+    std::erase_if(missing, [&](const AgentSpec& preset) {
+        return std::ranges::any_of(specs, [&](const AgentSpec& spec) {
+            return Text::equalsIgnoringCase(spec.name, preset.name) || spec.command == preset.command;
+        });
+    });
+    return missing;
 }
 
 JsonValue encode(const std::vector<AgentSpec>& specs) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "OrvaneCore/Agents/AgentSpec.h"
@@ -9,6 +11,12 @@ namespace orvane::AgentSpecCatalog {
 
 /// The built-in suggestions, each with a fresh id.
 std::vector<AgentSpec> presets();
+
+/// The preset that goes by this name or whose program is called so, in any case.
+std::optional<AgentSpec> preset(std::string_view name);
+
+/// The presets of which `specs` has neither the name nor the command.
+std::vector<AgentSpec> presetsMissing(const std::vector<AgentSpec>& specs);
 
 /// A JSON array.
 JsonValue encode(const std::vector<AgentSpec>& specs);

@@ -43,6 +43,20 @@ TEST(AgentSpecCatalogTest, offersPresetsThatCanBeAdded) {
     EXPECT_EQ(AgentSpecCatalog::decode(AgentSpecCatalog::encode(added)), added);
 }
 
+TEST(AgentSpecCatalogTest, findsPresetsByNameAndProgramAndKnowsWhichAreMissing) {
+    for (const auto& [typed, found] :
+         {std::pair("cURSOR cli", "Cursor CLI"), {"cursor-agent", "Cursor CLI"}, {"GOOSE", "Goose"}}) {
+        const auto preset = AgentSpecCatalog::preset(typed);
+        ASSERT_TRUE(preset) << typed;
+        EXPECT_EQ(preset->name, found);
+    }
+    for (const char* typed : {"", "goose session", "session", "cursor"})
+        EXPECT_FALSE(AgentSpecCatalog::preset(typed)) << typed;
+    const auto missing = AgentSpecCatalog::presetsMissing({spec("aIDER", "x"), spec("mine", "goose session")});
+    ASSERT_EQ(missing.size(), 4U);
+    EXPECT_EQ(missing.back().name, "Amp");
+}
+
 TEST(AgentSpecCatalogTest, readsBackWhatItWroteAndSkipsBadEntriesOnly) {
     const std::vector specs = {spec("A", "a --x 'y'"), spec("B", "b")};
     EXPECT_EQ(AgentSpecCatalog::decode(*Json::parse(Json::write(AgentSpecCatalog::encode(specs)))), specs);
