@@ -58,10 +58,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     SerialQueue queue(pool);
     PreferencesStore preferences(loop, queue, folder.path("missing/preferences.json"), [](const SystemError&) {});
     StateFile stateFile(loop, queue, folder.path("missing/state.json"), [](const SystemError&) {});
-    const auto store = std::make_shared<AppStore>(AppStore::Services{
-        .loop = loop, .pool = pool, .preferences = preferences, .stateFile = stateFile, .l10n = L10n()});
+    CustomAgentStore agents(loop, queue, preferences, folder.path("missing/agents.json"), [](const SystemError&) {});
+    const auto store =
+        std::make_shared<AppStore>(AppStore::Services{.loop = loop,
+                                                      .pool = pool,
+                                                      .preferences = preferences,
+                                                      .stateFile = stateFile,
+                                                      .l10n = L10n(),
+                                                      .customAgent = [&](const Uuid& id) { return agents.spec(id); }});
     store->load();
-    RequestRouter router(*store, L10n(), [] {});
+    RequestRouter router(*store, agents, L10n(), [] {});
     std::string_view input = fuzzing::asText(data, size);
     while (!input.empty()) {
         const std::size_t end = std::min(input.find('\n'), input.size());

@@ -165,6 +165,56 @@ TEST_F(HostTest, ProgramsRunInSessions) {
     EXPECT_NE(kill(child, 0), 0) << "the shell is left behind";
 }
 
+TEST_F(HostTest, AgentsOfTheUsersOwnRunAndOutliveTheHost) {
+    orvane({"open", "."});
+    EXPECT_THAT(orvane({"agents"})->output, HasSubstr("goose session"));
+    const std::string script = folder.write("my-agent", "#!/bin/sh\necho \"at your service, $1\"\nexec sleep 1000\n");
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    const auto added =
+        orvane({"agents", "add", "Mine", "--command", script + " master", "--busy", "[abc]+", "--busy=x,y"});
+    ASSERT_EQ(added->status(), 0) << added->errors;
+    const std::string agent = added->output.substr(0, 8);
+    EXPECT_EQ(orvane({"agents", "add", "aider"})->status(), 0);
+    EXPECT_EQ(orvane({"agents", "edit", agent, "--color", "#6fcf97", "--waiting", "(y|n)"})->status(), 0);
+
+    const auto made = orvane({"new", "custom", "--agent", "mine"});
+    ASSERT_EQ(made->status(), 0) << made->errors;
+    const std::string id = made->output.substr(0, 8);
+    EXPECT_TRUE(loop.runUntil([&] { return orvane({"screen", id})->output.contains("at your service, master\n"); }));
+    EXPECT_THAT(orvane({"list"})->output, HasSubstr("  Mine  "));
+
+    const std::tuple<std::vector<std::string>, int, const char*> refused[] = {
+        {{"new", "custom", "--agent", "nobody"}, 1, "There are: Mine, aider"},
+        {{"new", "shell", "--agent", "mine"}, 2, "--agent"},
+        {{"agents", "nosuch"}, 2, "add, edit, remove"},
+        {{"agents", "--nosuch"}, 2, "“--nosuch”"},
+        {{"agents", "edit", "mine"}, 2, "--waiting"},
+        {{"agents", "edit", "mine", "--busy", "(open"}, 1, "“(open”"},
+        {{"agents", "add", "bad", "--command", "x\xff"}, 2, "not valid UTF-8"},
+        {{"agents", "add", "MINE", "--command", "x"}, 1, "already"},
+    };
+    for (const auto& [words, status, message] : refused) {
+        const auto run = orvane(words);
+        EXPECT_EQ(run->status(), status) << ::testing::PrintToString(words);
+        EXPECT_THAT(run->errors, HasSubstr(message));
+    }
+    EXPECT_EQ(orvane({"agents", "remove", "AIDER"})->status(), 0);
+    EXPECT_EQ(orvane({"quit", "--force"})->status(), 0);
+
+    orvane({});
+    EXPECT_EQ(orvane({"agents", "--json"})->output,
+              Json::write(boost::json::array{{{"id", added->output.substr(0, 36)},
+                                              {"name", "Mine"},
+                                              {"command", script + " master"},
+                                              {"symbol", ""},
+                                              {"colorHex", "6FCF97"},
+                                              {"busyPatterns", {"[abc]+", "x,y"}},
+                                              {"waitingPatterns", boost::json::array{"(y|n)"}}}}) +
+                  "\n");
+    EXPECT_THAT(orvane({"agents"})->output, HasSubstr(agent + "  Mine  6FCF97  3         " + script + " master\n"));
+    EXPECT_THAT(orvane({"help", "agents", "add"})->output, HasSubstr("[--busy PATTERN]…"));
+}
+
 TEST_F(HostTest, WrongUsageIsToldInTheUsersLanguage) {
     const struct {
         std::vector<std::string> words;

@@ -32,7 +32,7 @@ std::vector<std::string> withEmptyValues(const std::vector<std::string>& words, 
         const bool isEmptyOption = word < end && std::ranges::any_of(
                                                      slots,
                                                      [&](const Slot& slot) {
-                                                         return slot.parameter->kind == Parameter::Kind::option &&
+                                                         return slot.parameter->takesValue() &&
                                                                 *word == std::string(slot.parameter->name) + "=";
                                                      });
         result.push_back(isEmptyOption ? word->substr(0, word->size() - 1) : *word);
@@ -45,7 +45,7 @@ std::vector<std::string> withEmptyValues(const std::vector<std::string>& words, 
 std::size_t restStart(const Verb& verb, const std::vector<std::string>& words) {
     const auto takesValue = [&](const std::string& word) {
         return std::ranges::any_of(verb.parameters, [&](const Parameter& parameter) {
-            return parameter.kind == Parameter::Kind::option && word == parameter.name;
+            return parameter.takesValue() && word == parameter.name;
         });
     };
     std::size_t at = 0;
@@ -79,13 +79,12 @@ std::expected<Arguments, std::string> parseArguments(const Verb& verb, const std
     std::deque<Slot> slots;
     for (const Parameter& parameter : verb.parameters) {
         Slot& slot = slots.emplace_back(Slot{.parameter = &parameter});
-        const std::string name(parameter.kind == Parameter::Kind::option || parameter.kind == Parameter::Kind::flag
-                                   ? parameter.name
-                                   : bareName(parameter.name));
+        const std::string name(parameter.isNamed() ? parameter.name : bareName(parameter.name));
         slot.option =
             parameter.kind == Parameter::Kind::flag ? app.add_flag(name, slot.flag) : app.add_option(name, slot.value);
-        // Of an option given twice the last counts: scripts append to what they were handed.
-        if (parameter.kind == Parameter::Kind::option) slot.option->take_last();
+        // Of an option given twice the last counts: scripts append to what they were handed. A list of the library's
+        // own would take further words, and split what stands in brackets.
+        if (parameter.takesValue()) slot.option->take_last();
     }
     try {
         const auto separated = withEmptyValues(words, slots);
@@ -107,7 +106,12 @@ std::expected<Arguments, std::string> parseArguments(const Verb& verb, const std
         if (slot.parameter->kind == Parameter::Kind::required && !wasGiven) {
             return std::unexpected(l10n.text("usage.missing", slot.parameter->name));
         }
-        if (slot.parameter->kind != Parameter::Kind::flag && wasGiven) arguments.values[name] = slot.value;
+        if (slot.parameter->kind == Parameter::Kind::flag || !wasGiven) continue;
+        if (slot.parameter->kind == Parameter::Kind::repeated) {
+            arguments.lists[name] = slot.option->results();
+        } else {
+            arguments.values[name] = slot.value;
+        }
     }
     return arguments;
 }

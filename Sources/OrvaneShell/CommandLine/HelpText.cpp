@@ -15,7 +15,7 @@ std::string summary(const Verb& verb, const L10n& l10n) {
 
 std::string parameterForm(const Parameter& parameter) {
     std::string form(parameter.name);
-    if (parameter.kind == Parameter::Kind::option) form += " " + std::string(parameter.valueName);
+    if (parameter.takesValue()) form += " " + std::string(parameter.valueName);
     return form;
 }
 
@@ -44,7 +44,9 @@ std::string roff(std::string_view text) {
 std::string unknownVerb(const std::vector<std::string>& words, const L10n& l10n) {
     const std::string& first = words.front();
     const std::string seconds = secondWords(first);
-    return seconds.empty() ? l10n.text("usage.unknownVerb", first) : l10n.text("usage.secondWord", first, seconds);
+    if (seconds.empty()) return l10n.text("usage.unknownVerb", first);
+    return words.size() == 1 || words[1].starts_with('-') ? l10n.text("usage.secondWord", first, seconds)
+                                                          : l10n.text("usage.notASecondWord", words[1], first, seconds);
 }
 
 std::string summaryKey(const Verb& verb) {
@@ -62,6 +64,7 @@ std::string usage(const Verb& verb) {
             line += " -- " + form + " …";
         } else {
             line += parameter.kind == Parameter::Kind::required ? " " + form : " [" + form + "]";
+            if (parameter.kind == Parameter::Kind::repeated) line += "…";
         }
     }
     return line;
@@ -80,15 +83,27 @@ std::string shortUsage(const Verb& verb) {
     return line;
 }
 
+/// A line for each verb for people whose name begins so.
+Columns verbLines(const L10n& l10n, std::string_view beginning = {}) {
+    Columns columns;
+    for (const Verb& verb : verbTable()) {
+        if (!verb.isHidden && verb.name.starts_with(beginning)) {
+            columns.add({"  " + shortUsage(verb), summary(verb, l10n)});
+        }
+    }
+    return columns;
+}
+
+std::string asParagraph(const Columns& columns) {
+    return columns.isEmpty() ? "" : "\n" + columns.text();
+}
+
 }  // namespace
 
 std::string overview(const L10n& l10n) {
-    Columns columns;
-    for (const Verb& verb : verbTable()) {
-        if (!verb.isHidden) columns.add({"  " + shortUsage(verb), summary(verb, l10n)});
-    }
-    return l10n.text("help.intro") + "\n\n" + l10n.text("help.usage", "orvane VERB …") + "\n\n" + columns.text() +
-           "\n" + l10n.text("help.status") + "\n" + l10n.text("help.more", "orvane help VERB") + "\n";
+    return l10n.text("help.intro") + "\n\n" + l10n.text("help.usage", "orvane VERB …") + "\n" +
+           asParagraph(verbLines(l10n)) + "\n" + l10n.text("help.status") + "\n" +
+           l10n.text("help.more", "orvane help VERB") + "\n";
 }
 
 std::string of(const Verb& verb, const L10n& l10n) {
@@ -96,9 +111,8 @@ std::string of(const Verb& verb, const L10n& l10n) {
     for (const Parameter& parameter : verb.parameters) {
         if (isForPeople(parameter)) columns.add({"  " + parameterForm(parameter), l10n.text(parameter.textKey)});
     }
-    const std::string parameters = columns.text();
     return l10n.text("help.usage", "orvane " + usage(verb)) + "\n\n" + summary(verb, l10n) + "\n" +
-           (parameters.empty() ? "" : "\n" + parameters);
+           asParagraph(columns) + asParagraph(verbLines(l10n, std::string(verb.name) + ' '));
 }
 
 std::string manualPage(const L10n& l10n) {

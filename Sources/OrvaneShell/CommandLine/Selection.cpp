@@ -57,6 +57,32 @@ std::expected<HeadlessTerminal*, Refusal> terminal(const HostContext& host, cons
     return std::unexpected(Refusal{.message = host.l10n.text("error.noTerminal", (*found)->title())});
 }
 
+namespace {
+
+Refusal noAgent(const HostContext& host, const std::string& text) {
+    std::string names;
+    for (const AgentSpec& each : host.agents.specs())
+        names += (names.empty() ? "" : ", ") + each.name;
+    if (names.empty()) return {.message = host.l10n.text("error.noAgentYet", text)};
+    return {.message = host.l10n.text("error.noAgent", text, names)};
+}
+
+}  // namespace
+
+std::expected<AgentSpec, Refusal> agent(const HostContext& host, const std::string& text) {
+    std::vector<Uuid> ids;
+    std::vector<Uuid> named;
+    for (const AgentSpec& each : host.agents.specs()) {
+        ids.push_back(each.id);
+        if (Text::equalsIgnoringCase(each.name, text)) named.push_back(each.id);
+    }
+    const auto found = named.size() == 1 ? named.front() : IdPrefix::resolve(text, ids);
+    if (found) return *host.agents.spec(*found);
+    // Who edits the file by hand may give two agents one name.
+    const bool isAmbiguous = named.size() > 1 || found.error() == IdPrefix::Error::several;
+    return std::unexpected(isAmbiguous ? refusal(host, IdPrefix::Error::several, text) : noAgent(host, text));
+}
+
 std::expected<Item, Refusal> item(const HostContext& host, const std::string& text) {
     std::vector<Item> items;
     for (const auto& session : host.store.sessions())

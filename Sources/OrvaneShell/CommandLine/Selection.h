@@ -16,6 +16,10 @@ std::expected<SessionController*, Refusal> session(const HostContext& host, cons
 /// The terminal of such a session; refused for one that has none.
 std::expected<HeadlessTerminal*, Refusal> terminal(const HostContext& host, const std::string& text);
 
+/// An agent that the user added, by its name or the start of its id. The name goes first: an agent called "ace" is
+/// never another one whose id begins so. A refusal tells which agents there are.
+std::expected<AgentSpec, Refusal> agent(const HostContext& host, const std::string& text);
+
 /// What an id stands for.
 struct Item {
     enum class Kind { session, pane, surface };

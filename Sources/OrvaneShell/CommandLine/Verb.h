@@ -19,7 +19,8 @@ struct Parameter {
     enum class Kind {
         required,  ///< by its place, "PATH"
         optional,  ///< by its place, may be left out
-        option,    ///< "--project P"
+        option,    ///< "--project P"; of several the last counts
+        repeated,  ///< "--busy P", as often as there is something to say; all count
         flag,      ///< "--json"
         rest,      ///< the last: "COMMAND", all words behind "--" or from the first that is no option on
     };
@@ -30,12 +31,18 @@ struct Parameter {
     std::string_view valueName = {};
     /// Key of the text that explains it; empty for one that is not for people.
     std::string_view textKey = {};
+
+    bool takesValue() const { return kind == Kind::option || kind == Kind::repeated; }
+    /// Whether it goes by its name, and not by its place.
+    bool isNamed() const { return takesValue() || kind == Kind::flag; }
 };
 
 /// The parameters of one call, by their bare lower-case names ("path", "json").
 struct Arguments {
     std::map<std::string, std::string> values;
     std::set<std::string> flags;
+    /// Of the repeated options that were given, in the order typed.
+    std::map<std::string, std::vector<std::string>> lists;
     std::vector<std::string> rest;
 
     bool has(const std::string& flag) const { return flags.contains(flag); }

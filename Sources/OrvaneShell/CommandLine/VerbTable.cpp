@@ -9,10 +9,12 @@ namespace orvane {
 
 std::span<const Verb> verbTable() {
     static const std::array table = {
-        Verbs::host(), Verbs::open(),         Verbs::new_(),        Verbs::list(),   Verbs::screen(),
-        Verbs::type(), Verbs::resize(),       Verbs::projects(),    Verbs::rename(), Verbs::color(),
-        Verbs::move(), Verbs::remove(),       Verbs::layout(),      Verbs::close(),  Verbs::events(),
-        Verbs::quit(), Verbs::terminalFeed(), Verbs::terminalRun(), Verbs::help(),   Verbs::activateExisting(),
+        Verbs::host(),         Verbs::open(),         Verbs::new_(),   Verbs::list(),
+        Verbs::screen(),       Verbs::type(),         Verbs::resize(), Verbs::projects(),
+        Verbs::rename(),       Verbs::color(),        Verbs::move(),   Verbs::remove(),
+        Verbs::layout(),       Verbs::close(),        Verbs::agents(), Verbs::agentsAdd(),
+        Verbs::agentsEdit(),   Verbs::agentsRemove(), Verbs::events(), Verbs::quit(),
+        Verbs::terminalFeed(), Verbs::terminalRun(),  Verbs::help(),   Verbs::activateExisting(),
     };
     return table;
 }
@@ -22,10 +24,21 @@ const Verb* verbNamed(std::string_view name) {
     return found == verbTable().end() ? nullptr : &*found;
 }
 
+namespace {
+
+bool takesWords(const Verb& verb) {
+    return !std::ranges::all_of(verb.parameters, &Parameter::isNamed);
+}
+
+}  // namespace
+
 const Verb* verbOf(std::span<const std::string> words) {
     if (words.empty()) return nullptr;
-    if (const Verb* verb = verbNamed(words[0])) return verb;
-    return words.size() > 1 ? verbNamed(words[0] + ' ' + words[1]) : nullptr;
+    const Verb* const verb = verbNamed(words[0]);
+    if (words.size() == 1) return verb;
+    if (const Verb* longer = verbNamed(words[0] + ' ' + words[1])) return longer;
+    if (verb == nullptr || words[1].starts_with('-') || takesWords(*verb)) return verb;
+    return secondWords(words[0]).empty() ? verb : nullptr;
 }
 
 std::string secondWords(std::string_view firstWord) {

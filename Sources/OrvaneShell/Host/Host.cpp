@@ -56,15 +56,18 @@ Host::Host(Mode mode, Environment environment, InstanceLock lock, DiagnosticLog 
       preferences_(loop_, fileQueue_, Folders::preferencesFile(environment_), reporting(log_)),
       l10n_(chosenTexts(preferences_, environment_)),
       stateFile_(loop_, fileQueue_, HostPaths::state(environment_), reporting(log_)),
+      agents_(loop_, fileQueue_, preferences_, HostPaths::agents(environment_), reporting(log_)),
       launcher_(loop_, environment_),
-      store_(std::make_shared<AppStore>(AppStore::Services{.loop = loop_,
-                                                           .pool = pool_,
-                                                           .preferences = preferences_,
-                                                           .stateFile = stateFile_,
-                                                           .l10n = l10n_,
-                                                           .launcher = &launcher_})),
+      store_(std::make_shared<AppStore>(
+          AppStore::Services{.loop = loop_,
+                             .pool = pool_,
+                             .preferences = preferences_,
+                             .stateFile = stateFile_,
+                             .l10n = l10n_,
+                             .launcher = &launcher_,
+                             .customAgent = [this](const Uuid& id) { return agents_.spec(id); }})),
       stopSequence_(loop_, store_),
-      router_(*store_, l10n_, [this] { stop(); }),
+      router_(*store_, agents_, l10n_, [this] { stop(); }),
       server_(loop_,
               {.onRequest = [this](const auto& connection, std::string_view line) { router_.handle(connection, line); },
                .faultReply = [this](LineServer::Fault fault) { return router_.faultReply(fault); }},
@@ -78,6 +81,7 @@ std::expected<void, std::string> Host::start() {
     signals_.emplace(loop_, std::initializer_list<int>{SIGTERM, SIGINT, SIGHUP}, [this](int signal) {
         if (signal != SIGHUP || mode_ == Mode::foreground) stop();
     });
+    agents_.load();
     store_->load();
     if (auto listening = listen(); !listening) return std::unexpected(listening.error().message());
     keepPlaces();
@@ -137,6 +141,7 @@ bool Host::keepLock() {
         lock_ = std::move(**lock);
         isListening_ = false;
         store_->saveState();
+        agents_.restoreFile();
     }
     if (!lockWatch_) watchFolder(lockWatch_, Folders::applicationSupport(environment_));
     return lockWatch_ && lock_.isInPlace();

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "Orvane/Agents/CustomAgentStore.h"
 #include "Orvane/Agents/TerminalLauncher.h"
 #include "Orvane/Workspace/AppStore.h"
 #include "Orvane/Workspace/StopSequence.h"
@@ -58,6 +59,7 @@ class Host {
     PreferencesStore preferences_;
     L10n l10n_;
     StateFile stateFile_;
+    CustomAgentStore agents_;
     TerminalLauncher launcher_;
     std::shared_ptr<AppStore> store_;
     StopSequence stopSequence_;

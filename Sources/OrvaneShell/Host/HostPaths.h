@@ -13,6 +13,9 @@ std::string lock(const Environment& environment);
 
 std::string state(const Environment& environment);
 
+/// The agents that the user added.
+std::string agents(const Environment& environment);
+
 /// The control socket of the host with this application support folder. Its folder is made if missing.
 std::expected<std::string, SystemError> socket(const Environment& environment);
 

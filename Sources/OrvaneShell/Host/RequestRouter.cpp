@@ -33,8 +33,8 @@ void answer(LineServer::Connection& connection, const Outcome& outcome) {
 
 }  // namespace
 
-RequestRouter::RequestRouter(AppStore& store, L10n l10n, std::function<void()> stop)
-    : store_(store), l10n_(l10n), stop_(std::move(stop)) {}
+RequestRouter::RequestRouter(AppStore& store, CustomAgentStore& agents, L10n l10n, std::function<void()> stop)
+    : store_(store), agents_(agents), l10n_(l10n), stop_(std::move(stop)) {}
 
 void RequestRouter::handle(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line) {
     answer(*connection, serve(connection, line));
@@ -53,6 +53,7 @@ Outcome RequestRouter::serve(const std::shared_ptr<LineServer::Connection>& conn
         return Refusal{.code = "unknownVerb", .message = l10n.text("usage.unknownVerb", name)};
     }
     HostContext host{.store = store_,
+                     .agents = agents_,
                      .l10n = l10n,
                      .connection = connection,
                      .answer =

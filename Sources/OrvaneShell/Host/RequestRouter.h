@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "Orvane/Agents/CustomAgentStore.h"
 #include "Orvane/Workspace/AppStore.h"
 #include "OrvaneShell/CommandLine/Verb.h"
 #include "Platform/LineServer.h"
@@ -16,8 +17,8 @@ namespace orvane {
 /// {"ok":false,"error":{"code":…,"message":…}}. Nothing that a client sends can end the host.
 class RequestRouter {
  public:
-    /// The store outlives the router.
-    RequestRouter(AppStore& store, L10n l10n, std::function<void()> stop);
+    /// The stores outlive the router.
+    RequestRouter(AppStore& store, CustomAgentStore& agents, L10n l10n, std::function<void()> stop);
 
     void handle(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line);
     std::string faultReply(LineServer::Fault fault) const;
@@ -26,6 +27,7 @@ class RequestRouter {
     Outcome serve(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line);
 
     AppStore& store_;
+    CustomAgentStore& agents_;
     L10n l10n_;
     std::function<void()> stop_;
 };

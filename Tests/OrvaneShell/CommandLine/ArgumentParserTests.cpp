@@ -10,11 +10,12 @@ namespace {
 using Kind = Parameter::Kind;
 using Words = std::vector<std::string>;
 
-/// "verb A [B] [--option V] [--flag]"
+/// "verb A [B] [--option V] [--each E]… [--flag]"
 const Verb verb{.name = "verb",
                 .parameters = {{.kind = Kind::required, .name = "FIRST"},
                                {.kind = Kind::optional, .name = "SECOND"},
                                {.kind = Kind::option, .name = "--option", .valueName = "V"},
+                               {.kind = Kind::repeated, .name = "--each", .valueName = "E"},
                                {.kind = Kind::flag, .name = "--flag"}}};
 
 /// "first=a second=b --flag", by name.
@@ -22,6 +23,10 @@ std::string text(const Arguments& arguments) {
     std::string result;
     for (const auto& [name, value] : arguments.values)
         result += name + "=" + value + " ";
+    for (const auto& [name, values] : arguments.lists) {
+        for (const std::string& value : values)
+            result += name + "+" + value + " ";
+    }
     for (const std::string& flag : arguments.flags)
         result += "--" + flag + " ";
     return result;
@@ -42,6 +47,9 @@ TEST(ArgumentParserTest, readsWordsOptionsAndFlagsInAnyOrder) {
         {{"--option", "1", "a", "--option", "2"}, "first=a option=2 "},
         {{"--flag", "--flag", "a"}, "first=a --flag "},
         {{"--", "--option="}, "first=--option= "},
+        {{"--each", "2", "a", "--each=1", "b", "--each", "2"}, "first=a second=b each+2 each+1 each+2 "},
+        {{"--each=", "a", "--each", ""}, "first=a each+ each+ "},
+        {{"--each", "[a,b]", "--each", "x,y z", "a", "--each=--flag"}, "first=a each+[a,b] each+x,y z each+--flag "},
         {{"--", "--flag", "--unknown"}, "first=--flag second=--unknown "},
         {{"--flag", "--", "-a"}, "first=-a --flag "},
         {{"日本", "a\nb"}, "first=日本 second=a\nb "},
@@ -65,6 +73,7 @@ TEST(ArgumentParserTest, saysWhatIsWrong) {
         {{"a", "--unknown"}, "usage.unexpected", "--unknown"},
         {{"a", "-x"}, "usage.unexpected", "-x"},
         {{"a", "--option"}, "usage.valueMissing", "--option"},
+        {{"a", "--each", "e", "--each"}, "usage.valueMissing", "--each"},
         {{"a", "--flags"}, "usage.unexpected", "--flags"},
     };
     for (const Language language : {Language::en, Language::ja}) {

@@ -45,9 +45,35 @@ TEST(HelpTextTest, theUsageBracketsWhatMayBeLeftOut) {
                     .parameters = {{.kind = Parameter::Kind::required, .name = "A", .textKey = "a"},
                                    {.kind = Parameter::Kind::optional, .name = "B", .textKey = "b"},
                                    {.kind = Parameter::Kind::option, .name = "--c", .valueName = "C", .textKey = "c"},
+                                   {.kind = Parameter::Kind::repeated, .name = "--e", .valueName = "E", .textKey = "e"},
                                    {.kind = Parameter::Kind::flag, .name = "--d", .textKey = "d"},
                                    {.kind = Parameter::Kind::flag, .name = "--ours"}}};
-    EXPECT_EQ(HelpText::usage(verb), "verb A [B] [--c C] [--d]");
+    EXPECT_EQ(HelpText::usage(verb), "verb A [B] [--c C] [--e E]… [--d]");
+}
+
+TEST(HelpTextTest, theLongestNameIsTheVerb) {
+    const auto nameOf = [](const std::vector<std::string>& words) {
+        const Verb* verb = verbOf(words);
+        return verb == nullptr ? "" : std::string(verb->name);
+    };
+    const std::pair<std::vector<std::string>, const char*> cases[] = {
+        {{"agents"}, "agents"},
+        {{"agents", "--json"}, "agents"},
+        {{"agents", "add"}, "agents add"},
+        {{"agents", "add", "remove"}, "agents add"},
+        {{"agents", "nosuch"}, ""},
+        {{"terminal"}, ""},
+        {{"terminal", "feed"}, "terminal feed"},
+        {{"open", "add"}, "open"},
+        {{"list", "more"}, "list"},
+        {{}, ""},
+    };
+    for (const auto& [words, name] : cases)
+        EXPECT_EQ(nameOf(words), name) << ::testing::PrintToString(words);
+    const std::string help = HelpText::of(*verbOf(std::vector<std::string>{"agents"}), L10n());
+    EXPECT_TRUE(help.contains("\n  agents add NAME")) << help;
+    EXPECT_TRUE(HelpText::unknownVerb({"agents", "nosuch"}, L10n()).contains("add, edit, remove"));
+    EXPECT_TRUE(HelpText::unknownVerb({"terminal"}, L10n()).contains("feed, run"));
 }
 
 /// A line of the manual page that begins with '.' is a request, and only requests that we mean may stand there; what

@@ -70,7 +70,7 @@ class RequestRouterTest : public testing::StoreFixture {
     }
 
     int stops = 0;
-    RequestRouter router{*store, {}, [this] { ++stops; }};
+    RequestRouter router{*store, agents, {}, [this] { ++stops; }};
 };
 
 TEST_F(RequestRouterTest, AnswersWhatIsNoRequestWithAnError) {
@@ -163,6 +163,73 @@ TEST_F(RequestRouterTest, ListsSessionsAsScriptsReadThem) {
                                  {"attention", false}}};
     EXPECT_EQ(Json::write(result("list")), Json::write(expected));
     EXPECT_GT(running.processId(), 1);
+}
+
+TEST_F(RequestRouterTest, AgentsAreAddedEditedAndRemoved) {
+    const std::string first =
+        JSONObject(result("agents add", {{"name", "GOOSE"}, {"busy", {"[0-9]+%", ""}}})).string("id");
+    const std::string second =
+        JSONObject(result("agents add", {{"name", "Mine"}, {"command", "run it"}, {"waiting", {"y/n"}}})).string("id");
+    result("agents edit",
+           {{"agent", second.substr(0, 13)}, {"color", "#a1b2c3"}, {"busy", 7}, {"waiting", {"a", "b"}}});
+    result("agents edit", {{"agent", "goose"}, {"name", "Goose"}, {"busy", boost::json::array()}});
+    const JsonValue expected = {{{"id", first},
+                                 {"name", "Goose"},
+                                 {"command", "goose session"},
+                                 {"symbol", "bird"},
+                                 {"colorHex", "6FB7D1"},
+                                 {"busyPatterns", boost::json::array()},
+                                 {"waitingPatterns", boost::json::array()}},
+                                {{"id", second},
+                                 {"name", "Mine"},
+                                 {"command", "run it"},
+                                 {"symbol", ""},
+                                 {"colorHex", "A1B2C3"},
+                                 {"busyPatterns", boost::json::array()},
+                                 {"waitingPatterns", {"a", "b"}}}};
+    const JsonValue listed = result("agents");
+    EXPECT_EQ(Json::write(listed.at("agents")), Json::write(expected));
+    EXPECT_EQ(listed.at("presets").get_array().size(), 5U);
+
+    const std::pair<boost::json::object, const char*> refusedAdds[] = {
+        {{{"name", " "}, {"command", "x"}}, "refused: A name"},
+        {{{"name", "unheard of"}}, "refused: An agent needs a command"},
+        {{{"name", "Aider"}, {"command", ""}}, "refused: An agent needs a command"},
+        {{{"name", "mine "}, {"command", "x"}}, "There is an agent “mine” already"},
+        {{{"name", "a"}, {"command", "x"}, {"color", "red"}}, "“red” is not a colour"},
+        {{{"name", "a"}, {"command", "x"}, {"busy", {"ok", "(open"}}}, "“(open” is not a regular expression: missing"},
+        {{{"name", "a"}, {"command", std::string("x\0y", 3)}}, "NUL"},
+    };
+    for (const auto& [arguments, message] : refusedAdds)
+        EXPECT_THAT(refusal("agents add", arguments), HasSubstr(message));
+    EXPECT_THAT(refusal("agents edit", {{"agent", "mine"}}), HasSubstr("usage: Say what"));
+    EXPECT_THAT(refusal("agents edit", {{"agent", "mine"}, {"name", "GOOSE"}}), HasSubstr("already"));
+    EXPECT_THAT(refusal("agents remove", {{"agent", "none"}}), HasSubstr("There are: Goose, Mine"));
+    EXPECT_THAT(refusal("agents remove"), HasSubstr("There are: Goose, Mine"));
+
+    // A name is never taken for the start of another one's id.
+    result("agents edit", {{"agent", "mine"}, {"name", first.substr(0, 4)}});
+    result("agents remove", {{"agent", first.substr(0, 4)}});
+    EXPECT_EQ(agents.specs().at(0).name, "Goose");
+    result("agents remove", {{"agent", first}});
+    EXPECT_THAT(refusal("agents remove", {{"agent", first}}), HasSubstr("orvane agents add NAME"));
+}
+
+TEST_F(RequestRouterTest, ANewSessionRunsTheAgentThatIsNamed) {
+    open("home");
+    EXPECT_THAT(refusal("new", {{"kind", "custom"}, {"agent", "x"}}), HasSubstr("“x”. Add one with"));
+    result("agents add", {{"name", "Mine"}, {"command", "run it"}});
+    EXPECT_THAT(refusal("new", {{"kind", "shell"}, {"agent", "mine"}}), HasSubstr("usage: --agent goes with"));
+    EXPECT_THAT(refusal("new", {{"kind", "custom"}, {"agent", "x"}}), HasSubstr("There are: Mine"));
+    result("new", {{"kind", "custom"}, {"agent", "MINE"}});
+    result("new", {{"kind", "custom"}, {"agent", "mine"}, {"command", "true"}, {"title", "Yours"}});
+    const auto& sessions = store->sessions();
+    ASSERT_EQ(sessions.size(), 2U);
+    EXPECT_EQ(sessions[0]->title(), "Mine");
+    EXPECT_EQ(sessions[0]->identity().agentSpec, agents.specs()[0]);
+    EXPECT_EQ(sessions[1]->title(), "Yours");
+    EXPECT_EQ(sessions[1]->identity().command, "true");
+    EXPECT_EQ(sessions[1]->identity().agentSpec, agents.specs()[0]);
 }
 
 TEST_F(RequestRouterTest, QuitAndRemoveAskWhileSessionsAreActive) {

@@ -45,12 +45,27 @@ std::expected<Uuid, Refusal> chosenProject(const HostContext& host, const JSONOb
     return std::unexpected(Refusal{.message = host.l10n.text("error.noProject")});
 }
 
+std::expected<std::optional<Uuid>, Refusal> chosenAgent(const HostContext& host, SessionKind kind,
+                                                        const JSONObject& arguments) {
+    const auto named = arguments.optionalString("agent");
+    if (!named) return std::nullopt;
+    if (kind != SessionKind::custom) {
+        return std::unexpected(
+            Refusal{.code = "usage", .message = host.l10n.text("error.agentIsCustom", rawValue(kind))});
+    }
+    const auto spec = Selection::agent(host, *named);
+    if (!spec) return std::unexpected(spec.error());
+    return spec->id;
+}
+
 Outcome serve(HostContext& host, const JSONObject& arguments) {
     const auto kind = fromRawValue<SessionKind>(arguments.string("kind"));
     if (!kind) {
         return Refusal{.code = "usage",
                        .message = host.l10n.text("error.notAKind", arguments.string("kind"), kindNames())};
     }
+    const auto agent = chosenAgent(host, *kind, arguments);
+    if (!agent) return agent.error();
     const auto project = chosenProject(host, arguments);
     if (!project) return project.error();
     const auto folder = arguments.optionalString("cwd");
@@ -62,7 +77,7 @@ Outcome serve(HostContext& host, const JSONObject& arguments) {
                                                            .project = *project,
                                                            .command = arguments.optionalString("command"),
                                                            .title = arguments.string("title"),
-                                                           .customAgent = {},
+                                                           .customAgent = *agent,
                                                            .workingDirectory = folder,
                                                            .targetLeaf = {}});
     if (session == nullptr) return Refusal{.message = host.l10n.text("error.notStarted", rawValue(*kind))};
@@ -85,6 +100,7 @@ Verb new_() {
         .parameters =
             {{.kind = Kind::required, .name = "KIND", .textKey = "help.parameter.kind"},
              {.kind = Kind::option, .name = "--project", .valueName = "PROJECT", .textKey = "help.parameter.project"},
+             {.kind = Kind::option, .name = "--agent", .valueName = "AGENT", .textKey = "help.parameter.agent"},
              {.kind = Kind::option, .name = "--command", .valueName = "C", .textKey = "help.parameter.sessionCommand"},
              {.kind = Kind::option, .name = "--cwd", .valueName = "D", .textKey = "help.parameter.cwd"},
              {.kind = Kind::option, .name = "--title", .valueName = "T", .textKey = "help.parameter.title"},
