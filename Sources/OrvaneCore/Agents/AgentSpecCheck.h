@@ -12,15 +12,21 @@ namespace orvane::AgentSpecCheck {
 
 struct InvalidColor {
     std::string text;
+
+    bool operator==(const InvalidColor&) const = default;
 };
 
 struct InvalidPattern {
     std::string pattern;
     std::string reason;  ///< one English sentence of the library, without its final stop
+
+    bool operator==(const InvalidPattern&) const = default;
 };
 
 /// No program can be given one.
-struct NulInCommand {};
+struct NulInCommand {
+    bool operator==(const NulInCommand&) const = default;
+};
 
 using Error = std::variant<AgentSpec::ValidationError, InvalidColor, InvalidPattern, NulInCommand>;
 

@@ -192,7 +192,7 @@ TEST_F(RequestRouterTest, AgentsAreAddedEditedAndRemoved) {
     EXPECT_EQ(listed.at("presets").get_array().size(), 5U);
 
     const std::pair<boost::json::object, const char*> refusedAdds[] = {
-        {{{"name", " "}, {"command", "x"}}, "refused: A name"},
+        {{{"name", " \x1b\u200B\n"}, {"command", "x"}}, "refused: A name"},
         {{{"name", "unheard of"}}, "refused: An agent needs a command"},
         {{{"name", "Aider"}, {"command", ""}}, "refused: An agent needs a command"},
         {{{"name", "mine "}, {"command", "x"}}, "There is an agent “mine” already"},
