@@ -5,7 +5,6 @@
 #include <array>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <utility>
 
 #include "Platform/Reaper.h"
@@ -71,11 +70,12 @@ int LocalProcess::childfd() const {
 }
 
 /// `USER` twice and `LC_TYPE`, which is no variable of POSIX, are part of the list as it was settled.
-std::vector<std::string> LocalProcess::defaultEnvironment() {
+std::vector<std::string> LocalProcess::defaultEnvironment(const Environment& parent) {
     std::vector<std::string> list = {"TERM=xterm-256color", "COLORTERM=truecolor", "LANG=en_US.UTF-8"};
     static constexpr std::array names = {"LOGNAME", "USER", "DISPLAY", "LC_TYPE", "USER", "HOME"};
     for (const char* name : names) {
-        if (const char* value = std::getenv(name)) list.push_back(std::string(name) + '=' + value);
+        if (const auto found = parent.find(name); found != parent.end())
+            list.push_back(found->first + '=' + found->second);
     }
     return list;
 }

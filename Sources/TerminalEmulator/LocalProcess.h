@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/Environment.h"
 #include "Platform/MainLoop.h"
 #include "Platform/PseudoTerminalHelpers.h"
 #include "Platform/ReadChannel.h"
@@ -70,8 +71,8 @@ class LocalProcess {
     pid_t shellPid() const { return shellPid_; }  ///< 0 before the start and once it is reaped
     bool running() const { return running_; }
 
-    /// What a program gets that is given no environment.
-    static std::vector<std::string> defaultEnvironment();
+    /// What a program gets that is given no environment, by what ours has.
+    static std::vector<std::string> defaultEnvironment(const Environment& parent = currentEnvironment());
 
  private:
     void childProcessChanged();

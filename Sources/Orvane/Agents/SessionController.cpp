@@ -21,7 +21,8 @@ void SessionController::launch(SessionLauncher& launcher) {
                                            [weak](int waitStatus) {
                                                if (const auto self = weak.lock()) self->noteExit(waitStatus);
                                            }});
-    if (process_ == nullptr) noteExit(-1);
+    if (process_ == nullptr) return noteExit(-1);
+    forcedTranscriptID_ = process_->forcedTranscriptID();
 }
 
 void SessionController::setTransport(std::unique_ptr<ChatTransport> transport) {

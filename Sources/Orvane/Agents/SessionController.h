@@ -75,6 +75,9 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     /// The terminal of the program, also after it has ended; null when it never had one.
     HeadlessTerminal* terminal() const { return process_ == nullptr ? nullptr : process_->terminal(); }
 
+    /// The id that its transcript was told to have, in lower case, so that its file is known without a search.
+    const std::optional<std::string>& forcedTranscriptID() const { return forcedTranscriptID_; }
+
     bool needsAttention() const { return needsAttention_; }
     void raiseAttention();
     void clearAttention();
@@ -107,6 +110,7 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     bool hasExited_ = false;
     bool terminationAsked_ = false;
     std::set<pid_t> terminatingProcessGroups_;
+    std::optional<std::string> forcedTranscriptID_;
     std::unique_ptr<SessionProcess> process_;
     std::unique_ptr<ChatTransport> transport_;
 };

@@ -4,6 +4,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace orvane {
 
@@ -26,6 +28,8 @@ class SessionProcess {
     virtual void terminate() = 0;
     /// Its terminal; null for one that has none.
     virtual HeadlessTerminal* terminal() { return nullptr; }
+    /// The id that its transcript was told to have, in lower case; none when the program chooses.
+    virtual std::optional<std::string> forcedTranscriptID() const { return std::nullopt; }
 };
 
 struct SessionProcessEvents {

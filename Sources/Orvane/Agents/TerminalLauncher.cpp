@@ -5,6 +5,7 @@
 #include <clocale>
 #include <filesystem>
 #include <optional>
+#include <utility>
 
 #include "Orvane/Agents/SessionController.h"
 #include "Orvane/Agents/TerminalSession.h"
@@ -51,26 +52,35 @@ std::optional<std::string> commandOf(const SessionController::Identity& identity
 
 }  // namespace
 
-TerminalLauncher::TerminalLauncher(MainLoop& loop, const Environment& environment)
-    : loop_(loop),
-      shell_(LaunchShell::choose(variable(environment, "SHELL"), isExecutable)),
+TerminalLauncher::TerminalLauncher(Setup setup)
+    : setup_(std::move(setup)),
       locale_(usableLocale()),
-      toolFolders_(toolFoldersOf(environment)),
-      loginCapture_(loop, shell_, environment, toolFolders_) {}
+      toolFolders_(toolFoldersOf(setup_.environment)),
+      loginCapture_(setup_.loop, setup_.shell, setup_.environment, toolFolders_) {}
+
+std::string TerminalLauncher::shellOf(const Environment& environment) {
+    return LaunchShell::choose(variable(environment, "SHELL"), isExecutable);
+}
 
 std::unique_ptr<SessionProcess> TerminalLauncher::launch(const SessionController& session,
                                                          SessionProcessEvents events) {
     const SessionController::Identity& identity = session.identity();
+    LaunchAdditions additions = setup_.support.additions(session);
     auto plan = LaunchPlan::compose({.kind = identity.kind,
                                      .command = commandOf(identity),
-                                     .shell = shell_,
-                                     .baseEnvironment = LocalProcess::defaultEnvironment(),
+                                     .shell = setup_.shell,
+                                     .baseEnvironment = LocalProcess::defaultEnvironment(setup_.environment),
                                      .locale = locale_,
                                      .loginEnvironment = loginCapture_.entries(),
                                      .toolFolders = toolFolders_,
+                                     .browserVariables = std::move(additions.browserVariables),
+                                     .browserPrompt = std::move(additions.browserPrompt),
+                                     .mcpInjection = std::move(additions.mcpInjection),
+                                     .hookFeed = std::move(additions.hookFeed),
                                      .freshTranscriptID = Uuid::random()});
     if (!plan) return nullptr;
-    auto process = std::make_unique<TerminalSession>(loop_, reader_.loop(), std::move(events));
+    auto process = std::make_unique<TerminalSession>(setup_.loop, reader_.loop(), std::move(events),
+                                                     std::move(plan->forcedTranscriptID));
     const bool isStarted = process->start({.executable = std::move(plan->executable),
                                            .args = std::move(plan->arguments),
                                            .environment = std::move(plan->environment),

@@ -24,8 +24,9 @@ void TerminalSession::Screen::dataReceived(std::string_view slice) {
     onActivity_();
 }
 
-TerminalSession::TerminalSession(MainLoop& loop, MainLoop& reader, SessionProcessEvents events)
-    : screen_(loop, reader, std::move(events)) {}
+TerminalSession::TerminalSession(MainLoop& loop, MainLoop& reader, SessionProcessEvents events,
+                                 std::optional<std::string> forcedTranscriptID)
+    : screen_(loop, reader, std::move(events)), forcedTranscriptID_(std::move(forcedTranscriptID)) {}
 
 bool TerminalSession::start(const LocalProcess::Start& start) {
     screen_.process.startProcess(start);

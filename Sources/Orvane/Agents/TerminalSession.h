@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "Orvane/Agents/SessionProcess.h"
@@ -15,8 +17,9 @@ class TerminalSession final : public SessionProcess {
     static constexpr int hiddenCols = 100;
     static constexpr int hiddenRows = 37;
 
-    /// Both loops must outlive it.
-    TerminalSession(MainLoop& loop, MainLoop& reader, SessionProcessEvents events);
+    /// Both loops must outlive it. `forcedTranscriptID` is what its command line says.
+    TerminalSession(MainLoop& loop, MainLoop& reader, SessionProcessEvents events,
+                    std::optional<std::string> forcedTranscriptID = {});
 
     /// Whether the program was started.
     [[nodiscard]] bool start(const LocalProcess::Start& start);
@@ -25,6 +28,7 @@ class TerminalSession final : public SessionProcess {
     pid_t foregroundProcessGroup() const override;
     void terminate() override { screen_.process.terminate(); }
     HeadlessTerminal* terminal() override { return &screen_; }
+    std::optional<std::string> forcedTranscriptID() const override { return forcedTranscriptID_; }
 
  private:
     class Screen final : public HeadlessTerminal {
@@ -40,6 +44,7 @@ class TerminalSession final : public SessionProcess {
     };
 
     Screen screen_;
+    std::optional<std::string> forcedTranscriptID_;
 };
 
 }  // namespace orvane

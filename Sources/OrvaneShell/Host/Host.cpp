@@ -57,7 +57,10 @@ Host::Host(Mode mode, Environment environment, InstanceLock lock, DiagnosticLog 
       l10n_(chosenTexts(preferences_, environment_)),
       stateFile_(loop_, fileQueue_, HostPaths::state(environment_), reporting(log_)),
       agents_(loop_, fileQueue_, preferences_, HostPaths::agents(environment_), reporting(log_)),
-      launcher_(loop_, environment_),
+      launcher_({.loop = loop_,
+                 .support = launchSupport_,
+                 .environment = environment_,
+                 .shell = TerminalLauncher::shellOf(environment_)}),
       store_(std::make_shared<AppStore>(
           AppStore::Services{.loop = loop_,
                              .pool = pool_,

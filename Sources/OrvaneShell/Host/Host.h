@@ -60,6 +60,7 @@ class Host {
     L10n l10n_;
     StateFile stateFile_;
     CustomAgentStore agents_;
+    NoLaunchSupport launchSupport_;
     TerminalLauncher launcher_;
     std::shared_ptr<AppStore> store_;
     StopSequence stopSequence_;
