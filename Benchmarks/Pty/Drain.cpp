@@ -91,9 +91,9 @@ Measured<double> drainedByLocalProcess(const Flood& flood, Progress progress) {
     AsioMainLoop loop;
     LoopThread reader;
     Counter counter(loop, reader.loop(), progress);
-    counter.process.startProcess(
+    const auto started = counter.process.startProcess(
         {.executable = "/bin/sh", .args = {flood.command.begin() + 1, flood.command.end()}, .currentDirectory = {}});
-    if (!counter.process.running()) return Failure("the program cannot be started");
+    if (!started) return Failure(started.error().message());
     loop.run();
     const double rate = progress.megabytesPerSecond();
     const pid_t pid = counter.process.shellPid();

@@ -72,8 +72,11 @@ class Typist final : public HeadlessTerminal {
     bool isWaiting_ = false;
 };
 
-void startShell(HeadlessTerminal& terminal, const std::string& script) {
-    terminal.process.startProcess({.executable = "/bin/sh", .args = {"-c", script}, .currentDirectory = {}});
+Measured<void> startShell(HeadlessTerminal& terminal, const std::string& script) {
+    const auto started =
+        terminal.process.startProcess({.executable = "/bin/sh", .args = {"-c", script}, .currentDirectory = {}});
+    if (!started) return Failure(started.error().message());
+    return {};
 }
 
 }  // namespace
@@ -87,9 +90,10 @@ Measured<Isolation> isolation(int echoingSessions, std::chrono::milliseconds dur
     typists.reserve(static_cast<std::size_t>(echoingSessions));
     for (int index = 0; index < echoingSessions; ++index)
         typists.push_back(std::make_unique<Typist>(loop, reader.loop(), options, nullptr));
-    startShell(flood, "exec yes");
-    for (const auto& typist : typists)
-        startShell(*typist, "stty raw -echo; exec cat");
+    if (auto started = startShell(flood, "exec yes"); !started) return Failure(started.error());
+    for (const auto& typist : typists) {
+        if (auto started = startShell(*typist, "stty raw -echo; exec cat"); !started) return Failure(started.error());
+    }
     Isolation result;
     // A timer of one millisecond comes late by as long as a turn holds the loop.
     Clock::time_point last = Clock::now();

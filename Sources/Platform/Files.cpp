@@ -15,7 +15,6 @@
 #include <memory>
 #include <utility>
 
-#include "Platform/FileDescriptor.h"
 #include "Platform/Uninterrupted.h"
 
 namespace orvane {
@@ -251,6 +250,13 @@ Done createFolders(const std::string& path, mode_t mode) {
     const int reason = errno;
     if (reason == EEXIST && isFolder(path)) return {};  // somebody else just made it
     return failed(reason == EEXIST ? ENOTDIR : reason, "make folder", path);
+}
+
+std::expected<FileDescriptor, SystemError> openFolder(const std::string& path) {
+    if (const auto checked = checkPath("enter folder", path); !checked) return std::unexpected(checked.error());
+    FileDescriptor folder(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.isOpen() || faccessat(folder.number(), ".", X_OK, AT_EACCESS) != 0) return failed("enter folder", path);
+    return folder;
 }
 
 std::expected<std::string, SystemError> keepAside(const std::string& path, std::string_view suffix) {

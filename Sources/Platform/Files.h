@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/FileDescriptor.h"
 #include "Platform/SystemError.h"
 
 namespace orvane {
@@ -26,6 +27,9 @@ namespace orvane {
 
 /// Makes the folder and those above it as needed; `mode` is for what is made. One that exists is left alone.
 [[nodiscard]] std::expected<void, SystemError> createFolders(const std::string& path, mode_t mode = 0700);
+
+/// A folder that a program of ours may work in, for fchdir(2) and the like: "enter folder /x: Permission denied".
+[[nodiscard]] std::expected<FileDescriptor, SystemError> openFolder(const std::string& path);
 
 /// Gives a regular file that is about to be replaced a second name beside it, `path + suffix`, or with "-2", "-3" …
 /// after it when that is taken, so that its content survives; returns that name. A symbolic link is followed. Where

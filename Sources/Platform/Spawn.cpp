@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "Platform/ArgumentVector.h"
+#include "Platform/Files.h"
 #include "Platform/ProgramLookup.h"
 #include "Platform/Reaper.h"
 #include "Platform/Uninterrupted.h"
@@ -154,14 +155,6 @@ std::string searchPath(const Options& options) {
     return found != options.environment->end() ? found->second : std::string(defaultSearchPath);
 }
 
-/// Opened here rather than by path in the child, so that a failure is told apart from the program's.
-std::expected<FileDescriptor, SystemError> openFolder(const std::string& path) {
-    FileDescriptor folder(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.isOpen() || faccessat(folder.number(), ".", X_OK, AT_EACCESS) != 0)
-        return std::unexpected(SystemError::last("enter folder", path));
-    return folder;
-}
-
 /// The child runs already but its end could not be watched (no descriptor left): it is taken back.
 SystemError abort(pid_t pid, const std::string& program) {
     const SystemError error = SystemError::last("watch", program);
@@ -228,6 +221,7 @@ std::expected<SpawnedProcess, SystemError> spawn(const Options& options) {
     FileActions actions;
     FileDescriptor folder;
     if (!options.workingDirectory.empty()) {
+        // Opened here rather than by path in the child, so that a failure is told apart from the program's.
         auto opened = openFolder(options.workingDirectory);
         if (!opened) return std::unexpected(opened.error());
         folder = *std::move(opened);

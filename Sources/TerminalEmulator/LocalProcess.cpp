@@ -18,8 +18,8 @@ LocalProcess::~LocalProcess() {
     close();
 }
 
-void LocalProcess::startProcess(const Start& start) {
-    if (running_) return;
+std::expected<void, SystemError> LocalProcess::startProcess(const Start& start) {
+    if (running_) return {};
     close();
     PseudoTerminalHelpers::Command command{.path = start.executable,
                                            .arguments = start.args,
@@ -27,7 +27,7 @@ void LocalProcess::startProcess(const Start& start) {
                                            .workingDirectory = start.currentDirectory};
     command.arguments.insert(command.arguments.begin(), start.execName.value_or(start.executable));
     auto process = PseudoTerminalHelpers::forkAndExec(command, delegate_.getWindowSize());
-    if (!process) return;
+    if (!process) return std::unexpected(process.error());
     shellPid_ = process->pid;
     running_ = true;
     exit_ = std::move(process->exit);
@@ -41,6 +41,7 @@ void LocalProcess::startProcess(const Start& start) {
                                                input_.reset();
                                            }},
                 loggingDirectory_);
+    return {};
 }
 
 void LocalProcess::send(std::string_view data) {

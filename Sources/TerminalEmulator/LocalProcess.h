@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <expected>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -55,8 +56,9 @@ class LocalProcess {
     LocalProcess& operator=(const LocalProcess&) = delete;
     ~LocalProcess();
 
-    /// Nothing happens while one is running. When it cannot be started, `running` stays false and no call comes.
-    void startProcess(const Start& start);
+    /// Nothing happens while one is running. When it cannot be started, `running` stays false and no call comes; the
+    /// error is that of `PseudoTerminalHelpers::forkAndExec`.
+    [[nodiscard]] std::expected<void, SystemError> startProcess(const Start& start);
 
     /// Queues bytes for the program, one write each; dropped unless `running`.
     void send(std::string_view data);

@@ -215,6 +215,28 @@ TEST_F(HostTest, AgentsOfTheUsersOwnRunAndOutliveTheHost) {
     EXPECT_THAT(orvane({"help", "agents", "add"})->output, HasSubstr("[--busy PATTERN]…"));
 }
 
+TEST_F(HostTest, WhatCannotBeLaunchedIsRefusedAndLeavesNoSession) {
+    orvane({"open", "."});
+    std::filesystem::create_directory(folder.path("gone"));
+    orvane({"open", folder.path("gone")});
+    std::filesystem::remove(folder.path("gone"));
+    const auto vanished = orvane({"new", "shell", "--project", "gone"});
+    EXPECT_EQ(vanished->status(), 1);
+    EXPECT_EQ(vanished->errors, "There is no folder " + folder.path("gone") + "\n");
+    std::filesystem::create_directory(folder.path("gone"));
+    EXPECT_EQ(orvane({"new", "shell", "--project", "gone"})->status(), 0);
+
+    // An argument can have as many bytes as the longest command, which leaves no room for what Claude is told.
+    const auto tooLong = orvane({"new", "claude", "--command", "claude " + std::string(131'060, 'x')});
+    EXPECT_EQ(tooLong->status(), 1);
+    EXPECT_THAT(tooLong->errors, HasSubstr("at most 131071 bytes"));
+    auto client = LineClient::connect(seen().record.socketPath);
+    ASSERT_TRUE(client.has_value());
+    const auto reply = client->request(R"({"verb":"new","arguments":{"kind":"custom","command":"a\u0000b"}})");
+    EXPECT_THAT(reply.value_or(""), HasSubstr("zero byte"));
+    EXPECT_EQ(Json::parse(orvane({"list", "--json"})->output)->as_array().size(), 1U);
+}
+
 TEST_F(HostTest, WrongUsageIsToldInTheUsersLanguage) {
     const struct {
         std::vector<std::string> words;

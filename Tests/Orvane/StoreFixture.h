@@ -30,7 +30,8 @@ class ShellLauncher final : public SessionLauncher {
  public:
     explicit ShellLauncher(MainLoop& loop) : loop_(loop) {}
 
-    std::unique_ptr<SessionProcess> launch(const SessionController& session, SessionProcessEvents events) override {
+    std::expected<std::unique_ptr<SessionProcess>, LaunchFailure> launch(const SessionController& session,
+                                                                         SessionProcessEvents events) override {
         auto child = ChildProcess::start(
             loop_,
             {.arguments = {"/bin/sh", "-c", session.identity().command.value_or("true")},
@@ -43,7 +44,7 @@ class ShellLauncher final : public SessionLauncher {
                      const int code = status.shellCode();
                      exit(code > 128 ? code - 128 : code << 8);  // as wait(2) would tell it
                  }});
-        if (!child) return nullptr;
+        if (!child) return std::unexpected(LaunchFailure{.error = std::move(child.error())});
         return std::make_unique<PipedSessionProcess>(std::move(*child));
     }
 

@@ -48,11 +48,11 @@ TEST(HeadlessTerminalTest, answersItsProgramFollowsItsFolderAndEndsWithIt) {
     std::optional<int> end;
     HeadlessTerminal headless(loop, reader.loop(), {.cols = 30, .rows = 5},
                               [&](std::optional<int> exitCode) { end = exitCode; });
-    headless.process.startProcess(
+    ASSERT_TRUE(headless.process.startProcess(
         {.executable = "/bin/sh",
          .args = {"-c",
                   "stty raw -echo; printf '\\033]7;file:///tmp\\a\\033[3;4H\\033[6n'; head -c 6 | tr '\\033' E; "
-                  "stty cooked; stty size; read -r line; stty size; exit 2"}});
+                  "stty cooked; stty size; read -r line; stty size; exit 2"}}));
     ASSERT_TRUE(runUntil(loop, [&] { return headless.terminal.getBufferAsData().contains("5 30"); }));
     EXPECT_TRUE(headless.terminal.getBufferAsData().contains("E[3;4R"));
     EXPECT_EQ(headless.dir, "file:///tmp");

@@ -34,8 +34,7 @@ struct LocalProcessTest : testing::Test, LocalProcessDelegate {
     WindowSize getWindowSize() override { return size; }
 
     void shell(const std::string& script) {
-        process->startProcess({.executable = "/bin/sh", .args = {"-c", script}});
-        ASSERT_TRUE(process->running());
+        ASSERT_TRUE(process->startProcess({.executable = "/bin/sh", .args = {"-c", script}}));
     }
     bool waitFor(const std::function<bool()>& condition) { return runUntil(loop, condition); }
     bool waitForText(const std::string& text) {
@@ -84,21 +83,21 @@ TEST_F(LocalProcessTest, tellsEachEndOnceBehindAllOutput) {
 
 TEST_F(LocalProcessTest, startsWithWhatItIsGiven) {
     TemporaryFolder folder;
-    process->startProcess({.executable = "/bin/sh",
-                           .args = {"-c", "printf '%s|%s|' \"$0\" \"$ONE\"; pwd; stty size; tty; env"},
-                           .environment = std::vector<std::string>{"ONE=é '\"\n"},
-                           .execName = "name",
-                           .currentDirectory = folder.path()});
+    ASSERT_TRUE(process->startProcess({.executable = "/bin/sh",
+                                       .args = {"-c", "printf '%s|%s|' \"$0\" \"$ONE\"; pwd; stty size; tty; env"},
+                                       .environment = std::vector<std::string>{"ONE=é '\"\n"},
+                                       .execName = "name",
+                                       .currentDirectory = folder.path()}));
     ASSERT_TRUE(waitForEnd());
     EXPECT_TRUE(output.starts_with("name|é '\"\r\n|" + folder.path() + "\r\n24 80\r\n/dev/pts/")) << output;
     EXPECT_FALSE(output.contains("HOME="));
 }
 
 TEST_F(LocalProcessTest, aPathThatCannotBeExecutedEndsWith127) {
-    process->startProcess({.executable = "/nonexistent"});
+    ASSERT_TRUE(process->startProcess({.executable = "/nonexistent"}));
     ASSERT_TRUE(waitForEnd());
     EXPECT_EQ(ends, std::vector{std::optional(127 << 8)});
-    process->startProcess({.executable = std::string("/bin/sh\0x", 9)});
+    EXPECT_EQ(process->startProcess({.executable = std::string("/bin/sh\0x", 9)}).error().number, EINVAL);
     EXPECT_FALSE(process->running());
 }
 

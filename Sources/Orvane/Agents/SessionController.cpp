@@ -8,20 +8,31 @@
 
 namespace orvane {
 
+namespace {
+
+/// In the place of a wait status, which is never negative.
+constexpr int neverStarted = -1;
+
+}  // namespace
+
 SessionController::SessionController(Identity identity, Appearance appearance)
     : identity_(std::move(identity)), appearance_(std::move(appearance)) {}
 
 void SessionController::launch(SessionLauncher& launcher) {
     const auto weak = weak_from_this();
-    process_ = launcher.launch(*this, {.onActivity =
-                                           [weak] {
-                                               if (const auto self = weak.lock()) self->noteActivity();
-                                           },
-                                       .onExit =
-                                           [weak](int waitStatus) {
-                                               if (const auto self = weak.lock()) self->noteExit(waitStatus);
-                                           }});
-    if (process_ == nullptr) return noteExit(-1);
+    auto launched = launcher.launch(*this, {.onActivity =
+                                                [weak] {
+                                                    if (const auto self = weak.lock()) self->noteActivity();
+                                                },
+                                            .onExit =
+                                                [weak](int waitStatus) {
+                                                    if (const auto self = weak.lock()) self->noteExit(waitStatus);
+                                                }});
+    if (!launched) {
+        launchFailure_ = std::move(launched.error());
+        return noteExit(neverStarted);
+    }
+    process_ = *std::move(launched);
     forcedTranscriptID_ = process_->forcedTranscriptID();
 }
 

@@ -57,8 +57,9 @@ class SessionController : public std::enable_shared_from_this<SessionController>
 
     void install(Callbacks callbacks) { callbacks_ = std::move(callbacks); }
 
-    /// Starts the program. A session whose program cannot be started becomes failed.
+    /// Starts the program. A session whose program cannot be started becomes failed, with -1, and keeps the reason.
     void launch(SessionLauncher& launcher);
+    const std::optional<LaunchFailure>& launchFailure() const { return launchFailure_; }
     /// Makes it a chat session; its program is the transport's.
     void setTransport(std::unique_ptr<ChatTransport> transport);
 
@@ -110,6 +111,7 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     bool hasExited_ = false;
     bool terminationAsked_ = false;
     std::set<pid_t> terminatingProcessGroups_;
+    std::optional<LaunchFailure> launchFailure_;
     std::optional<std::string> forcedTranscriptID_;
     std::unique_ptr<SessionProcess> process_;
     std::unique_ptr<ChatTransport> transport_;

@@ -2,10 +2,13 @@
 
 #include <sys/types.h>
 
+#include <expected>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+
+#include "Orvane/Agents/LaunchFailure.h"
 
 namespace orvane {
 
@@ -46,8 +49,9 @@ class SessionLauncher {
     SessionLauncher& operator=(const SessionLauncher&) = delete;
     virtual ~SessionLauncher() = default;
 
-    /// None when the program could not be started; the session then counts as failed.
-    virtual std::unique_ptr<SessionProcess> launch(const SessionController& session, SessionProcessEvents events) = 0;
+    /// No event comes before it returns, and after a failure none at all.
+    [[nodiscard]] virtual std::expected<std::unique_ptr<SessionProcess>, LaunchFailure> launch(
+        const SessionController& session, SessionProcessEvents events) = 0;
 };
 
 }  // namespace orvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <expected>
 #include <memory>
 #include <string>
 #include <vector>
@@ -7,6 +8,7 @@
 #include "Orvane/Agents/LaunchSupport.h"
 #include "Orvane/Agents/LoginCapture.h"
 #include "Orvane/Agents/SessionProcess.h"
+#include "OrvaneCore/Agents/LaunchPlan.h"
 #include "Platform/Environment.h"
 #include "Platform/LoopThread.h"
 
@@ -33,9 +35,12 @@ class TerminalLauncher final : public SessionLauncher {
     /// Sessions started before it has ended build their own environment.
     const LoginCapture& loginCapture() const { return loginCapture_; }
 
-    std::unique_ptr<SessionProcess> launch(const SessionController& session, SessionProcessEvents events) override;
+    std::expected<std::unique_ptr<SessionProcess>, LaunchFailure> launch(const SessionController& session,
+                                                                         SessionProcessEvents events) override;
 
  private:
+    std::expected<LaunchPlan, LaunchPlan::Error> planFor(const SessionController& session) const;
+
     Setup setup_;
     LoopThread reader_;
     std::string locale_;

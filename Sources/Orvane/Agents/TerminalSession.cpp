@@ -8,14 +8,15 @@ namespace orvane {
 
 namespace {
 
-constexpr int neverStarted = -1;
+/// Somebody else has reaped the program: how it ended is not known, only that this is no success.
+constexpr int unknownEnd = 255 << 8;
 
 }  // namespace
 
 TerminalSession::Screen::Screen(MainLoop& loop, MainLoop& reader, SessionProcessEvents events)
     : HeadlessTerminal(loop, reader, {.cols = hiddenCols, .rows = hiddenRows, .hostName = hostName()},
                        [onExit = std::move(events.onExit)](std::optional<int> waitStatus) {
-                           onExit(waitStatus.value_or(neverStarted));
+                           onExit(waitStatus.value_or(unknownEnd));
                        }),
       onActivity_(std::move(events.onActivity)) {}
 
@@ -27,11 +28,6 @@ void TerminalSession::Screen::dataReceived(std::string_view slice) {
 TerminalSession::TerminalSession(MainLoop& loop, MainLoop& reader, SessionProcessEvents events,
                                  std::optional<std::string> forcedTranscriptID)
     : screen_(loop, reader, std::move(events)), forcedTranscriptID_(std::move(forcedTranscriptID)) {}
-
-bool TerminalSession::start(const LocalProcess::Start& start) {
-    screen_.process.startProcess(start);
-    return screen_.process.running();
-}
 
 pid_t TerminalSession::foregroundProcessGroup() const {
     return PseudoTerminalHelpers::foregroundProcessGroup(screen_.process.childfd());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <memory>
+#include <expected>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,8 +21,9 @@ class TerminalSession final : public SessionProcess {
     TerminalSession(MainLoop& loop, MainLoop& reader, SessionProcessEvents events,
                     std::optional<std::string> forcedTranscriptID = {});
 
-    /// Whether the program was started.
-    [[nodiscard]] bool start(const LocalProcess::Start& start);
+    [[nodiscard]] std::expected<void, SystemError> start(const LocalProcess::Start& start) {
+        return screen_.process.startProcess(start);
+    }
 
     pid_t processId() const override { return screen_.process.shellPid(); }
     pid_t foregroundProcessGroup() const override;

@@ -107,13 +107,14 @@ int run(ClientContext& client, const Arguments& arguments) {
     });
     headless.record = std::move(*record);
     headless.terminal.registerFurtherColors();
-    headless.process.startProcess({.executable = *program,
-                                   .args = {arguments.rest.begin() + 1, arguments.rest.end()},
-                                   .environment = environmentOf(client),
-                                   .execName = arguments.rest.front(),
-                                   .currentDirectory = {}});
-    if (!headless.process.running()) {
-        client.errors << client.l10n.text("error.notStarted", arguments.rest.front()) << '\n';
+    const auto started = headless.process.startProcess({.executable = *program,
+                                                        .args = {arguments.rest.begin() + 1, arguments.rest.end()},
+                                                        .environment = environmentOf(client),
+                                                        .execName = arguments.rest.front(),
+                                                        .currentDirectory = {}});
+    if (!started) {
+        client.errors << client.l10n.text("error.notStartedBecause", arguments.rest.front(), started.error().message())
+                      << '\n';
         return CommandStatus::runFailed;
     }
     Registration limit;
