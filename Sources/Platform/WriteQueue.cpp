@@ -3,43 +3,49 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "Platform/Uninterrupted.h"
 
 namespace orvane {
 
-std::expected<void, SystemError> WriteQueue::write(std::string_view bytes) {
-    if (bytes.size() > limit_ - unsentSize_) return std::unexpected(SystemError::of(ENOBUFS, "write to", "a terminal"));
-    if (bytes.empty()) return {};
-    unsent_.emplace_back(bytes);
+void WriteQueue::write(std::string_view bytes, Callback onDone) {
+    if (bytes.size() > limit_ - unsentSize_) {
+        return onDone({.written = 0, .error = SystemError::of(ENOBUFS, "write to", "a terminal")});
+    }
+    unsent_.push_back({.bytes = std::string(bytes), .sent = 0, .onDone = std::move(onDone)});
     unsentSize_ += bytes.size();
-    return unsent_.size() == 1 ? send() : std::expected<void, SystemError>();
+    if (unsent_.size() == 1) send();
 }
 
-std::expected<void, SystemError> WriteQueue::send() {
+void WriteQueue::send() {
     while (!unsent_.empty()) {
-        const std::string_view rest = std::string_view(unsent_.front()).substr(sentOfFirst_);
-        const ssize_t written = uninterrupted([&] { return ::write(descriptor_, rest.data(), rest.size()); });
+        Unsent& first = unsent_.front();
+        const std::string_view rest = std::string_view(first.bytes).substr(first.sent);
+        const ssize_t written =
+            rest.empty() ? 0 : uninterrupted([&] { return ::write(descriptor_, rest.data(), rest.size()); });
         if (written < 0 && errno == EAGAIN) {
-            if (!room_) room_ = loop_.watch(descriptor_, Readiness::writable, [this] { (void)send(); });
-            return {};
+            if (!room_) room_ = loop_.watch(descriptor_, Readiness::writable, [this] { send(); });
+            return;
         }
         if (written < 0) {
             const SystemError error = SystemError::last("write to", "a terminal");
-            unsent_.clear();
-            unsentSize_ = sentOfFirst_ = 0;
-            room_.reset();
-            return std::unexpected(error);
+            while (!unsent_.empty())
+                complete(error);
+            break;
         }
-        const auto count = static_cast<std::size_t>(written);
-        unsentSize_ -= count;
-        sentOfFirst_ += count;
-        if (sentOfFirst_ < unsent_.front().size()) continue;
-        unsent_.pop_front();
-        sentOfFirst_ = 0;
+        first.sent += static_cast<std::size_t>(written);
+        unsentSize_ -= static_cast<std::size_t>(written);
+        if (first.sent == first.bytes.size()) complete({});
     }
     room_.reset();
-    return {};
+}
+
+void WriteQueue::complete(std::optional<SystemError> error) {
+    Unsent first = std::move(unsent_.front());
+    unsent_.pop_front();
+    unsentSize_ -= first.bytes.size() - first.sent;
+    first.onDone({.written = first.sent, .error = std::move(error)});
 }
 
 }  // namespace orvane

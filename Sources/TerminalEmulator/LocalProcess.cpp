@@ -1,5 +1,6 @@
 #include "TerminalEmulator/LocalProcess.h"
 
+#include <fmt/format.h>
 #include <sys/wait.h>
 
 #include <array>
@@ -10,6 +11,26 @@
 #include "Platform/Reaper.h"
 
 namespace orvane {
+
+namespace {
+
+/// At once: the next thing that happens may be the fault that is looked for.
+void debugLine(const std::string& line) {
+    fmt::print("{}\n", line);
+    std::fflush(stdout);
+}
+
+/// A line stays a line, and reading it on a terminal is safe.
+std::string printable(std::string_view bytes) {
+    std::string text;
+    for (const char byte : bytes) {
+        const auto code = static_cast<unsigned char>(byte);
+        text += code < 0x20 || code == 0x7F ? fmt::format("\\x{:02x}", code) : std::string(1, byte);
+    }
+    return text;
+}
+
+}  // namespace
 
 LocalProcess::LocalProcess(MainLoop& dispatch, MainLoop& reader, LocalProcessDelegate& delegate)
     : dispatch_(dispatch), reader_(reader), delegate_(delegate) {}
@@ -34,9 +55,14 @@ std::expected<void, SystemError> LocalProcess::startProcess(const Start& start) 
     childMonitor_ = dispatch_.watch(exit_.number(), Readiness::readable, [this] { childProcessChanged(); });
     input_.emplace(dispatch_, process->master.number(), sendLimit);
     io_.emplace(dispatch_, reader_, std::move(process->master), ReadChannel::Limits{},
-                ReadChannel::Callbacks{.onData = [this](std::string_view bytes) { delegate_.dataReceived(bytes); },
+                ReadChannel::Callbacks{.onData =
+                                           [this](std::string_view bytes) {
+                                               noteRead(bytes);
+                                               delegate_.dataReceived(bytes);
+                                           },
                                        .onEnd =
                                            [this] {
+                                               noteRead({});
                                                running_ = false;
                                                input_.reset();
                                            }},
@@ -46,9 +72,24 @@ std::expected<void, SystemError> LocalProcess::startProcess(const Start& start) 
 
 void LocalProcess::send(std::string_view data) {
     if (!running_ || !input_) return;
-    if (const auto sent = input_->write(data); !sent) {
-        std::fprintf(stderr, "Error writing data to the child, errno=%d\n", sent.error().number);
+    const std::size_t number = ++sendCount_;
+    if (debugIO) debugLine(fmt::format("[SEND-{}] Queuing data to client: {}", number, printable(data)));
+    input_->write(data, [this, number](const WriteQueue::Completion& completion) { noteSent(number, completion); });
+}
+
+void LocalProcess::noteSent(std::size_t number, const WriteQueue::Completion& completion) {
+    total_ += completion.written;
+    if (debugIO) debugLine(fmt::format("[SEND-{}] completed bytes={}", number, total_));
+    if (completion.error) {
+        fmt::print(stderr, "Error writing data to the child, errno={}\n", completion.error->number);
     }
+}
+
+/// No bytes are the end of file.
+void LocalProcess::noteRead(std::string_view bytes) {
+    if (!debugIO) return;
+    totalRead_ += bytes.size();
+    debugLine(fmt::format("[READ] count={} received from host total={}", bytes.size(), totalRead_));
 }
 
 void LocalProcess::terminate() {

@@ -38,8 +38,7 @@ class LocalProcessDelegate {
 /// all the same.
 class LocalProcess {
  public:
-    /// The most that waits for a program that does not read; what exceeds it is dropped with a line on the standard
-    /// error output.
+    /// The most that waits for a program that does not read; what exceeds it is dropped.
     static constexpr std::size_t sendLimit = std::size_t{64} << 20;
 
     struct Start {
@@ -56,11 +55,18 @@ class LocalProcess {
     LocalProcess& operator=(const LocalProcess&) = delete;
     ~LocalProcess();
 
+    /// For whoever looks into a fault: each read and write then prints a line to the standard output.
+    bool debugIO = false;
+    std::size_t sendCount() const { return sendCount_; }  ///< writes queued so far
+    std::size_t total() const { return total_; }          ///< bytes written so far
+    std::size_t totalRead() const { return totalRead_; }  ///< bytes read while `debugIO` was set
+
     /// Nothing happens while one is running. When it cannot be started, `running` stays false and no call comes; the
     /// error is that of `PseudoTerminalHelpers::forkAndExec`.
     [[nodiscard]] std::expected<void, SystemError> startProcess(const Start& start);
 
-    /// Queues bytes for the program, one write each; dropped unless `running`.
+    /// Queues bytes for the program, one write each; dropped unless `running`. A write that fails prints a line to the
+    /// standard error output: the standard output belongs to whoever runs us.
     void send(std::string_view data);
     /// Closes the terminal and sends the program SIGTERM. No call comes any more; the program is reaped in silence.
     void terminate();
@@ -77,6 +83,8 @@ class LocalProcess {
     static std::vector<std::string> defaultEnvironment(const Environment& parent = currentEnvironment());
 
  private:
+    void noteRead(std::string_view bytes);
+    void noteSent(std::size_t number, const WriteQueue::Completion& completion);
     void childProcessChanged();
     void close();
 
@@ -90,6 +98,9 @@ class LocalProcess {
     Registration childMonitor_;
     pid_t shellPid_ = 0;
     bool running_ = false;
+    std::size_t sendCount_ = 0;
+    std::size_t total_ = 0;
+    std::size_t totalRead_ = 0;
 };
 
 }  // namespace orvane

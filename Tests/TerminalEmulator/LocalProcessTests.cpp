@@ -156,6 +156,38 @@ TEST_F(LocalProcessTest, leaksNoDescriptor) {
     EXPECT_TRUE(waitFor([&] { return openDescriptors() <= before; })) << openDescriptors() << " of " << before;
 }
 
+TEST_F(LocalProcessTest, tellsOfReadsAndWritesWhenAsked) {
+    const auto run = [&](bool debugIO) {
+        testing::internal::CaptureStdout();
+        process->debugIO = debugIO;
+        ends.clear();
+        shell("stty -echo; read -r line; printf 12345");
+        process->send("hi\x1b\n");
+        EXPECT_TRUE(waitForEnd());
+        return testing::internal::GetCapturedStdout();
+    };
+    EXPECT_EQ(run(false), "");
+    EXPECT_EQ(process->total(), 4);
+    EXPECT_EQ(process->totalRead(), 0);
+    const std::string lines = run(true);
+    EXPECT_TRUE(lines.starts_with("[SEND-2] Queuing data to client: hi\\x1b\\x0a\n[SEND-2] completed bytes=8\n"))
+        << lines;
+    EXPECT_TRUE(lines.contains(" received from host total=" + std::to_string(process->totalRead()) + "\n")) << lines;
+    EXPECT_EQ(process->sendCount(), 2);
+    EXPECT_GE(process->totalRead(), 5);
+}
+
+TEST_F(LocalProcessTest, tellsOfInputThatItCannotHold) {
+    shell("stty raw -echo; echo ready; exec sleep 60");
+    ASSERT_TRUE(waitForText("ready"));
+    testing::internal::CaptureStderr();
+    process->send(std::string(LocalProcess::sendLimit + 1, 'x'));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error writing data to the child, errno=105\n");
+    EXPECT_EQ(process->total(), 0);
+    process->send(std::string(100'000, 'x'));  // more than the terminal holds
+    process->terminate();
+}
+
 TEST_F(LocalProcessTest, keepsWhatWasReadInAFolder) {
     TemporaryFolder folder;
     process->setHostLogging(folder.path());
