@@ -43,9 +43,13 @@ CodexDefaults codexDefaults(const std::optional<std::string>& configToml) {
     return defaults;
 }
 
+std::string claudeUserSettingsPath(const std::string& home) {
+    return joinedPath(home, ".claude/settings.json");
+}
+
 std::array<std::string, 3> claudeSettingsPaths(const std::string& project, const std::string& home) {
     return {joinedPath(project, ".claude/settings.local.json"), joinedPath(project, ".claude/settings.json"),
-            joinedPath(home, ".claude/settings.json")};
+            claudeUserSettingsPath(home)};
 }
 
 ClaudeDefaults claudeDefaults(std::span<const std::optional<std::string>> settings) {

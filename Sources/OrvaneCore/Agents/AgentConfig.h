@@ -45,6 +45,8 @@ struct ClaudeDefaults {
 std::string codexConfigPath(const std::string& home);
 CodexDefaults codexDefaults(const std::optional<std::string>& configToml);
 
+/// Those that go for all projects, where a status line is set up.
+std::string claudeUserSettingsPath(const std::string& home);
 /// The files that Claude takes its settings from, those of the project first.
 std::array<std::string, 3> claudeSettingsPaths(const std::string& project, const std::string& home);
 /// Everything is read from the first text that is a JSON object; the others do not add to it.
