@@ -54,11 +54,10 @@ struct TerminalLauncherTest : testing::Test {
         }
     }
     ~TerminalLauncherTest() override {
-        for (const auto& session : sessions)
+        for (const auto& session : sessions) {
             session->terminate();
-        EXPECT_TRUE(loop.runUntil([&] {
-            return std::ranges::none_of(sessions, [](const auto& each) { return each->isStillTerminating(); });
-        }));
+            session->kill();
+        }
     }
 
     std::string script(const std::string& name, const std::string& text) {
