@@ -1,6 +1,5 @@
 #include "TerminalEmulator/LocalProcess.h"
 
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -9,6 +8,7 @@
 #include <memory>
 
 #include "Platform/LoopThread.h"
+#include "Support/OpenDescriptors.h"
 #include "Support/RunUntil.h"
 #include "Support/TemporaryFolder.h"
 
@@ -44,14 +44,6 @@ struct LocalProcessTest : testing::Test, LocalProcessDelegate {
         return waitFor([&] { return !ends.empty(); });
     }
 };
-
-std::size_t openDescriptors() {
-    const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir("/proc/self/fd"), closedir);
-    std::size_t count = 0;
-    while (readdir(folder.get()) != nullptr)
-        ++count;
-    return count;
-}
 
 TEST_F(LocalProcessTest, tellsEachEndOnceBehindAllOutput) {
     struct Case {
