@@ -57,6 +57,13 @@ struct ToolState {
 
     std::variant<Checking, Installed, Missing, Installing> value;
 
+    /// The bare case name, for scripts and for the keys of texts.
+    std::string_view name() const {
+        static constexpr std::array names = {"checking", "installed", "missing", "installing"};
+        return names.at(value.index());
+    }
+    bool isInstalled() const { return std::holds_alternative<Installed>(value); }
+
     bool operator==(const ToolState&) const = default;
 };
 

@@ -48,6 +48,10 @@ void apply(const Fact& fact, const AgentTool& tool, ToolsReport& report) {
     }
 }
 
+/// Finds the program that `b` names.
+constexpr std::string_view findProgram =
+    R"(if p=$(command -v "$b" 2>/dev/null); then echo "OV::$b::present::$p"; else echo "OV::$b::missing"; fi)";
+
 }  // namespace
 
 std::string ToolsReport::script(const std::vector<std::string>& toolFolders) {
@@ -56,11 +60,17 @@ std::string ToolsReport::script(const std::vector<std::string>& toolFolders) {
         binaries.append(tool.binary).append(" ");
     binaries += "npm";
     std::string text = ToolPathRescue::shellPrelude(toolFolders);
-    text += "\nfor b in " + binaries + "; do\n";
-    text += R"(if p=$(command -v "$b" 2>/dev/null); then echo "OV::$b::present::$p"; else echo "OV::$b::missing"; fi)";
+    text.append("\nfor b in ").append(binaries).append("; do\n").append(findProgram);
     text += "\ndone\nfor b in " + binaries + "; do\n";
     text += R"sh([ "$b" = npm ] || echo "OV::$b::version::$("$b" --version 2>/dev/null </dev/null | head -1)" &)sh";
     text += "\ndone\nwait\n";
+    return text;
+}
+
+std::string ToolsReport::script(const AgentTool& tool, const std::vector<std::string>& toolFolders) {
+    std::string text = ToolPathRescue::shellPrelude(toolFolders);
+    text.append("\nb=").append(tool.binary).append("\n").append(findProgram);
+    text.append("\necho \"OV::$b::version::$(").append(versionScript(tool)).append(")\"\n");
     return text;
 }
 

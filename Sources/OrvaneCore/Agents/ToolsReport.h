@@ -26,6 +26,8 @@ struct ToolsReport {
 
     /// What the shell is to run. `toolFolders` are those of `ToolPathRescue::hosting`.
     static std::string script(const std::vector<std::string>& toolFolders);
+    /// The same for one tool alone.
+    static std::string script(const AgentTool& tool, const std::vector<std::string>& toolFolders);
 
     /// Reads what the script printed, among whatever the user's profile prints and however early it was ended.
     static ToolsReport parse(std::string_view output);
@@ -34,7 +36,7 @@ struct ToolsReport {
     static std::string versionScript(const AgentTool& tool);
     /// The first line of what a program said of its version, cut to `maximumVersionLength`; none when it is blank.
     static std::optional<std::string> version(std::string_view output);
-    /// Installs a tool and prints everything on standard output.
+    /// Installs a tool, or its newest version in its place, and prints everything on standard output.
     static std::string installScript(const AgentTool& tool);
 };
 

@@ -37,6 +37,12 @@ TEST(ToolsReportTest, readsWhatAShellFinds) {
     EXPECT_TRUE(report.binaryPaths.at("claude").ends_with("/claude"));
     EXPECT_FALSE(report.binaryPaths.contains("gemini")) << "a function has no path";
     EXPECT_EQ(report.npmAvailable, true);
+    const auto alone = [&](const AgentTool& tool) {
+        return ToolsReport::parse(outputOfBash("PATH=/usr/bin:/bin; " + ToolsReport::script(tool, {folder.path("")})));
+    };
+    EXPECT_EQ(alone(agentTools[0]).states.at("claude"), installed("2.1.3 (Claude Code)"));
+    EXPECT_TRUE(alone(agentTools[0]).binaryPaths.at("claude").ends_with("/claude"));
+    EXPECT_EQ(alone(agentTools[1]).states.at("codex"), missing);
     EXPECT_EQ(outputOfBash("PATH=" + folder.path("") + ":/usr/bin:/bin; " + ToolsReport::versionScript(agentTools[0])),
               "2.1.3 (Claude Code)\n");
 }
