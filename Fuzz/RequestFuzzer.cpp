@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "Fuzzing.h"
 #include "OrvaneCore/Support/JSONObject.h"
@@ -20,15 +21,19 @@ class Asking final : public LineServer::Connection {
     void reply(std::string_view line) override {
         const auto json = Json::parse(line);
         require(json && JSONObject(*json).contains("ok") && !line.contains('\n'), "a reply is one line of JSON");
+        if (!std::exchange(isStreaming_, false)) ++answers_;
+    }
+    void beginStream() override {
+        isStreaming_ = true;
         ++answers_;
     }
-    void beginStream() override { ++answers_; }
     void stream(std::string_view line) override { require(Json::parse(line).has_value(), "an event is JSON"); }
     void onClose(std::function<void()> callback) override { onClose_ = std::move(callback); }
     int answers() const { return answers_; }
 
  private:
     int answers_ = 0;
+    bool isStreaming_ = false;
     std::function<void()> onClose_;
 };
 
@@ -50,7 +55,8 @@ std::string withIDs(std::string_view line, const WorkspaceModel& workspace) {
 
 }  // namespace
 
-/// A host's requests, one a line. Its folder is missing, so every write fails at once: nothing waits for a disk.
+/// A host's requests, one a line. Its folder is missing, so every write fails at once: nothing waits for a disk. So is
+/// its shell: no input runs anything.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const TemporaryFolder folder;
     static ManualMainLoop loop;
@@ -67,7 +73,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                                                       .l10n = L10n(),
                                                       .customAgent = [&](const Uuid& id) { return agents.spec(id); }});
     store->load();
-    RequestRouter router(*store, agents, L10n(), [] {});
+    ShellSetup shell{.environment = {{"HOME", folder.path()}}, .shell = folder.path("missing/shell")};
+    const LoginCapture login(loop, shell);
+    const auto tools = std::make_shared<ToolsManager>(
+        ToolsManager::Services{.loop = loop, .pool = pool, .l10n = L10n(), .shell = shell, .loginCapture = login});
+    RequestRouter router({.store = *store, .agents = agents, .tools = *tools}, L10n(), [] {});
     std::string_view input = fuzzing::asText(data, size);
     while (!input.empty()) {
         const std::size_t end = std::min(input.find('\n'), input.size());

@@ -17,9 +17,9 @@ std::expected<LineClient, SystemError> LineClient::connect(const std::string& so
     return LineClient(std::move(*socket), patience);
 }
 
-std::expected<std::string, SystemError> LineClient::request(std::string_view line) {
+std::expected<std::string, SystemError> LineClient::request(std::string_view line, Wait wait) {
     if (auto sent = send(line); !sent) return std::unexpected(sent.error());
-    return readLine(static_cast<int>(patience_.count()));
+    return readLine(wait == Wait::endless ? -1 : static_cast<int>(patience_.count()));
 }
 
 std::expected<std::string, SystemError> LineClient::readLine() {

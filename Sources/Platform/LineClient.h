@@ -22,10 +22,15 @@ class LineClient {
     /// Sends a line; the end is added.
     std::expected<void, SystemError> send(std::string_view line) const;
 
+    enum class Wait {
+        patient,  ///< while the server does something
+        endless,
+    };
+
     /// Sends a line and waits for the next line. The error number is ETIMEDOUT when the server does
     /// nothing for as long as the patience lasts; ECONNRESET or EPIPE when it ended before it read the line, which
     /// therefore had no effect; else as for `readLine`.
-    std::expected<std::string, SystemError> request(std::string_view line);
+    std::expected<std::string, SystemError> request(std::string_view line, Wait wait = Wait::patient);
 
     /// The next line the server sends, however long it takes; error number 0 when it closed the connection.
     std::expected<std::string, SystemError> readLine();

@@ -36,13 +36,13 @@ class LineServer {
         Connection& operator=(const Connection&) = delete;
         virtual ~Connection() = default;
 
-        /// Answers the current request with one line (the line end is added).
+        /// Answers the current request with one line (the line end is added). The last line of one that streams.
         virtual void reply(std::string_view line) = 0;
-        /// Leaves the current request, and with it the connection, open until the client leaves; `stream` sends lines
-        /// from then on.
+        /// Leaves the current request open until `reply`, or until the client leaves; `stream` sends lines from then
+        /// on. What the client sends meanwhile is dropped.
         virtual void beginStream() = 0;
         virtual void stream(std::string_view line) = 0;
-        /// Runs once when the client has left or was dropped.
+        /// Runs once: when the client has left or was dropped, or when its stream has ended.
         virtual void onClose(std::function<void()> callback) = 0;
 
      protected:

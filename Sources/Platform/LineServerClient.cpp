@@ -122,9 +122,11 @@ void LineServer::Client::consume(std::size_t length) {
 }
 
 void LineServer::Client::reply(std::string_view line) {
-    if (phase_ != Phase::answering) return;
+    if (phase_ != Phase::answering && phase_ != Phase::streaming) return;
+    const auto endOfStream = phase_ == Phase::streaming ? std::exchange(onClose_, nullptr) : nullptr;
     phase_ = peerFinished_ && waiting().empty() ? Phase::closing : Phase::reading;
     send(line);
+    if (endOfStream) endOfStream();
     if (phase_ != Phase::reading) return;
     restartClock(waiting().empty() ? server_->limits_.betweenRequests : server_->limits_.wholeRequest);
     handOut();

@@ -237,6 +237,50 @@ TEST_F(HostTest, WhatCannotBeLaunchedIsRefusedAndLeavesNoSession) {
     EXPECT_EQ(Json::parse(orvane({"list", "--json"})->output)->as_array().size(), 1U);
 }
 
+TEST_F(HostTest, ToolsAreFoundAndInstalledInTheUsersShell) {
+    const std::string bin = folder.path("bin");
+    std::filesystem::create_directory(bin);
+    // Which shell it is depends on the computer.
+    for (const char* profile : {".bash_profile", ".zprofile"})
+        folder.write(profile, "echo Welcome\nPATH=" + bin + ":/usr/bin:/bin\n");
+    folder.write("bin/npm", "#!/bin/sh\nprintf '10%%\\r100%%\\nadded 1 package\\n'\n[ -e " + bin + "/go ] || exit 1\n" +
+                                "printf '#!/bin/sh\\necho codex-cli 1.2\\n' > " + bin + "/codex\nchmod +x " + bin +
+                                "/codex\n");
+    std::filesystem::permissions(bin + "/npm", std::filesystem::perms::owner_all);
+    const auto codexRow = [&] {
+        const auto list = Json::parse(orvane({"tools", "--json"})->output);
+        return list ? Json::write(list->at(1)) : "no JSON";
+    };
+    EXPECT_EQ(codexRow(), R"({"auth":"notConnected","id":"codex","name":"Codex","state":"missing"})");
+    EXPECT_THAT(orvane({"tools"})->output, HasSubstr("To install Codex: orvane tools install codex"));
+
+    const auto failed = orvane({"tools", "install", "codex"});
+    EXPECT_EQ(failed->status(), 1);
+    EXPECT_THAT(failed->output, HasSubstr("100%\nadded 1 package\n"));
+    EXPECT_EQ(failed->errors, "The installation failed.\n");
+    folder.write("bin/go", "");
+    const auto done = orvane({"tools", "install", "codex"});
+    EXPECT_EQ(done->status(), 0) << done->errors;
+    EXPECT_THAT(done->output, HasSubstr("100%\nadded 1 package\nThe installation is done.\n"));
+    EXPECT_THAT(done->output, HasSubstr("codex-cli 1.2  " + bin + "/codex\n"));
+    EXPECT_THAT(orvane({"tools"})->output, HasSubstr("To sign in to Codex: codex login"));
+    EXPECT_THAT(codexRow(), HasSubstr(R"("state":"installed","version":"codex-cli 1.2")"));
+    EXPECT_EQ(orvane({"tools", "install", "npm"})->status(), 2);
+    EXPECT_EQ(orvane({"tools", "install"})->status(), 2);
+    EXPECT_EQ(orvane({"tools", "nosuch"})->status(), 2);
+
+    // Whoever follows may go; the installation does not.
+    std::filesystem::remove(bin + "/codex");
+    folder.write("bin/npm", "#!/bin/sh\necho begun\nuntil [ -e " + bin + "/end ]; do sleep 0.01; done\necho > " + bin +
+                                "/ended\nexit 1\n");
+    const auto follower = start({"tools", "install", "codex"});
+    ASSERT_TRUE(loop.runUntil([&] { return follower->output.contains("begun"); }));
+    ASSERT_TRUE(follower->child->signal(SIGINT));
+    ASSERT_TRUE(loop.runUntil([&] { return follower->end.has_value(); }));
+    folder.write("bin/end", "");
+    EXPECT_TRUE(loop.runUntil([&] { return std::filesystem::exists(bin + "/ended"); }));
+}
+
 TEST_F(HostTest, WrongUsageIsToldInTheUsersLanguage) {
     const struct {
         std::vector<std::string> words;

@@ -80,6 +80,7 @@ class LineServerTest : public testing::Test {
                      connection->beginStream();
                      connection->stream("1");
                      connection->stream("2");
+                     held_ = connection;
                  } else {
                      connection->reply("<" + std::string(line) + ">");
                  }
@@ -167,6 +168,16 @@ TEST_F(LineServerTest, DropsClientsThatKeepItWaiting) {
         EXPECT_TRUE(receives(*late, "fault 1\n") && isClosed(*late));
     loop_.advance(1h);
     EXPECT_EQ(server_.connectionCount(), 1U);  // one that listens may stay
+    // A stream that is ended leaves its connection to the next request, with the usual patience.
+    const int closedBefore = closed_;
+    held_->stream("3");
+    held_->reply("end");
+    EXPECT_EQ(closed_, closedBefore + 1);
+    held_->stream("late");
+    sendAll(streaming, "ok\n");
+    EXPECT_TRUE(receives(streaming, "3\nend\n<ok>\n"));
+    loop_.advance(1h);
+    EXPECT_TRUE(receives(streaming, "fault 1\n") && isClosed(streaming));
 }
 
 TEST_F(LineServerTest, RefusesTooManyClientsAndTellsWhenOneLeaves) {

@@ -1,47 +1,25 @@
 #include "Orvane/Agents/LoginCapture.h"
 
-#include <csignal>
+#include <string>
 #include <utility>
 
-#include "OrvaneCore/Agents/LaunchShell.h"
 #include "OrvaneCore/Agents/LoginEnvironment.h"
 
 namespace orvane {
 
-LoginCapture::LoginCapture(MainLoop& loop, const std::string& shell, const Environment& environment,
-                           std::vector<std::string> toolFolders)
-    : toolFolders_(std::move(toolFolders)) {
-    std::vector<std::string> arguments = LaunchShell::loginArguments(std::string(LoginEnvironment::script));
-    arguments.insert(arguments.begin(), shell);
-    auto started = ChildProcess::start(
-        loop, {.arguments = std::move(arguments), .environment = environment, .group = ChildProcess::Group::ownSession},
-        {.onOutput =
-             [this](std::string_view bytes) {
-                 output_ += bytes;
-                 if (output_.size() > LoginEnvironment::maximumOutputSize) stop();
-             },
-         .onError = {},
-         .onExit = [this](const ExitStatus& status) { finish(status); }});
-    if (!started) return;
-    shell_ = *std::move(started);
-    timeout_ = loop.after(limit, [this] { stop(); });
+LoginCapture::LoginCapture(MainLoop& loop, const ShellSetup& setup) : setup_(setup) {
+    auto run = LoginShellRun::start(loop, setup, std::string(LoginEnvironment::script),
+                                    {.time = LoginShellRun::answerLimit, .output = LoginEnvironment::maximumOutputSize},
+                                    {.onOutput = {}, .onEnd = [this](const LoginShellRun::Result& result) {
+                                         if (result.status.isSuccess())
+                                             captured_ = LoginEnvironment::parse(result.output);
+                                     }});
+    if (run) run_ = *std::move(run);
 }
 
-void LoginCapture::finish(const ExitStatus& status) {
-    timeout_.reset();
-    if (status.isSuccess()) {
-        if (const auto captured = LoginEnvironment::parse(output_)) {
-            entries_ = LoginEnvironment::rescued(*captured, toolFolders_);
-        }
-    }
-    output_ = {};
-}
-
-/// Its profile may have started programs that outlive it.
-void LoginCapture::stop() {
-    timeout_.reset();
-    // ESRCH: it has ended by itself.
-    if (shell_) (void)shell_->signalGroup(SIGKILL);
+std::optional<EnvironmentEntries> LoginCapture::entries() const {
+    if (!captured_) return std::nullopt;
+    return LoginEnvironment::rescued(*captured_, setup_.toolFolders);
 }
 
 }  // namespace orvane

@@ -2,12 +2,9 @@
 
 #include <memory>
 #include <optional>
-#include <string>
 
+#include "Orvane/Agents/LoginShellRun.h"
 #include "OrvaneCore/Agents/EnvironmentList.h"
-#include "Platform/ChildProcess.h"
-#include "Platform/Environment.h"
-#include "Platform/MainLoop.h"
 
 namespace orvane {
 
@@ -15,27 +12,18 @@ namespace orvane {
 /// fails or takes too long gives none, and every launch then builds its own environment.
 class LoginCapture {
  public:
-    static constexpr Duration limit = std::chrono::seconds(10);
-
-    /// Begins at once. `toolFolders` join the PATH that is captured. The loop must outlive it.
-    LoginCapture(MainLoop& loop, const std::string& shell, const Environment& environment,
-                 std::vector<std::string> toolFolders);
+    /// Begins at once. The loop and the setup must outlive it.
+    LoginCapture(MainLoop& loop, const ShellSetup& setup);
     LoginCapture(const LoginCapture&) = delete;
     LoginCapture& operator=(const LoginCapture&) = delete;
-    /// A shell that is still at it is killed.
-    ~LoginCapture() { stop(); }
 
-    const std::optional<EnvironmentEntries>& entries() const { return entries_; }
+    /// With the tool folders of this moment in PATH.
+    std::optional<EnvironmentEntries> entries() const;
 
  private:
-    void finish(const ExitStatus& status);
-    void stop();
-
-    std::vector<std::string> toolFolders_;
-    std::string output_;
-    std::optional<EnvironmentEntries> entries_;
-    std::unique_ptr<ChildProcess> shell_;
-    Registration timeout_;
+    const ShellSetup& setup_;
+    std::optional<EnvironmentEntries> captured_;
+    std::unique_ptr<LoginShellRun> run_;
 };
 
 }  // namespace orvane

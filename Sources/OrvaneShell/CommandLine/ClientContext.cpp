@@ -20,13 +20,12 @@ constexpr int attempts = 5;
 
 int ClientContext::ask(std::string_view verb, boost::json::object arguments,
                        const std::function<void(const JsonValue&)>& print, HostStart start) {
-    const auto line = exchange(requestLine(verb, arguments), start);
+    const auto line = exchange(requestLine(verb, arguments), start, LineClient::Wait::patient);
     if (!line) return line.error();
     const auto reply = Json::parse(*line);
     const JSONObject object = reply ? JSONObject(*reply) : JSONObject();
     if (object.boolean("ok")) {
-        const JsonValue* result = object.find("result");
-        print(result == nullptr ? JsonValue() : *result);
+        printResult(object, print);
         return CommandStatus::done;
     }
     const JSONObject error = object.object("error");
@@ -55,19 +54,52 @@ int ClientContext::follow(std::string_view verb, const boost::json::object& argu
     return CommandStatus::done;
 }
 
-/// Sends a request and returns the line that answers it, or else the exit status.
-std::expected<std::string, int> ClientContext::exchange(const std::string& line, HostStart start) {
+int ClientContext::askStreaming(std::string_view verb, const boost::json::object& arguments,
+                                const std::function<void(const JSONObject&)>& printLine,
+                                const std::function<void(const JsonValue&)>& print, HostStart start) {
+    auto line = exchange(requestLine(verb, arguments), start, LineClient::Wait::endless);
+    while (line) {
+        const auto reply = Json::parse(*line);
+        const JSONObject object = reply ? JSONObject(*reply) : JSONObject();
+        if (object.boolean("ok")) {
+            printResult(object, print);
+            return CommandStatus::done;
+        }
+        if (!reply || object.contains("ok")) return explain(object.object("error"));
+        printLine(object);
+        output.flush();  // whoever reads a pipe wants each line when it comes
+        if (!output) return CommandStatus::refused;
+        auto next = connection_->readLine();
+        if (!next) return hostGone(next.error());
+        line = *std::move(next);
+    }
+    return line.error();
+}
+
+void ClientContext::printResult(const JSONObject& reply, const std::function<void(const JsonValue&)>& print) {
+    const JsonValue* result = reply.find("result");
+    print(result == nullptr ? JsonValue() : *result);
+}
+
+int ClientContext::hostGone(const SystemError& error) {
+    connection_.reset();
+    errors << l10n.text("error.hostGone", error.message()) << '\n';
+    return CommandStatus::refused;
+}
+
+/// Sends a request and returns the first line that answers it, or else the exit status.
+std::expected<std::string, int> ClientContext::exchange(const std::string& line, HostStart start,
+                                                        LineClient::Wait wait) {
     for (int attempt = 1;; ++attempt) {
         const auto connection = connect(start);
         if (!connection) return std::unexpected(connection.error());
-        auto reply = (*connection)->request(line);
+        auto reply = (*connection)->request(line, wait);
         if (reply) return std::move(*reply);
         connection_.reset();
         // A host that was ending did not read it: the next host may, or there is none.
         const bool wasRead = reply.error().number != ECONNRESET && reply.error().number != EPIPE;
         if (!wasRead && attempt < attempts) continue;
-        errors << l10n.text("error.hostGone", reply.error().message()) << '\n';
-        return std::unexpected(CommandStatus::refused);
+        return std::unexpected(hostGone(reply.error()));
     }
 }
 

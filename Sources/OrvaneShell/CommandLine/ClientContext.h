@@ -44,8 +44,14 @@ class ClientContext {
     int ask(std::string_view verb, boost::json::object arguments, const std::function<void(const JsonValue&)>& print,
             HostStart start = HostStart::never);
 
-    /// The same for a request whose answer is a stream: every line goes to the output until the host ends.
+    /// The same for a request whose answer is a stream without an end: every line goes to the output until the host
+    /// ends.
     int follow(std::string_view verb, const boost::json::object& arguments);
+
+    /// The same for a request that streams lines, however long it takes, and then ends with a result or a refusal.
+    int askStreaming(std::string_view verb, const boost::json::object& arguments,
+                     const std::function<void(const JSONObject&)>& printLine,
+                     const std::function<void(const JsonValue&)>& print, HostStart start = HostStart::never);
 
     /// What was typed for a project: a path ("/…", ".", "./…", "..", "../…") as projects are registered, absolute and
     /// with links resolved; ids and names as they are.
@@ -56,7 +62,9 @@ class ClientContext {
 
  private:
     std::expected<LineClient*, int> connect(HostStart start);
-    std::expected<std::string, int> exchange(const std::string& line, HostStart start);
+    std::expected<std::string, int> exchange(const std::string& line, HostStart start, LineClient::Wait wait);
+    int hostGone(const SystemError& error);
+    static void printResult(const JSONObject& reply, const std::function<void(const JsonValue&)>& print);
     std::string requestLine(std::string_view verb, const boost::json::object& arguments) const;
     int explain(const JSONObject& error);
     bool confirms(const JSONObject& details);

@@ -64,7 +64,8 @@ struct Refusal {
     JsonValue details = {};
 };
 
-/// The request stays open; the handler sends lines through its connection.
+/// The request stays open; the handler sends lines through its connection, and may end with `HostContext::answer`. A
+/// line is an object without "ok", which is what marks the answer.
 struct Streaming {};
 
 /// The answer follows through `HostContext::answer`: for what must look at the disk first, which may take its time.

@@ -7,6 +7,7 @@
 
 #include "Orvane/Agents/CustomAgentStore.h"
 #include "Orvane/Agents/TerminalLauncher.h"
+#include "Orvane/Agents/ToolsManager.h"
 #include "Orvane/Workspace/AppStore.h"
 #include "Orvane/Workspace/StopSequence.h"
 #include "OrvaneShell/Host/RequestRouter.h"
@@ -61,7 +62,10 @@ class Host {
     StateFile stateFile_;
     CustomAgentStore agents_;
     NoLaunchSupport launchSupport_;
+    ShellSetup shellSetup_;
+    LoginCapture loginCapture_;
     TerminalLauncher launcher_;
+    std::shared_ptr<ToolsManager> tools_;
     std::shared_ptr<AppStore> store_;
     StopSequence stopSequence_;
     RequestRouter router_;

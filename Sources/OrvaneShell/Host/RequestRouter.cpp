@@ -33,8 +33,8 @@ void answer(LineServer::Connection& connection, const Outcome& outcome) {
 
 }  // namespace
 
-RequestRouter::RequestRouter(AppStore& store, CustomAgentStore& agents, L10n l10n, std::function<void()> stop)
-    : store_(store), agents_(agents), l10n_(l10n), stop_(std::move(stop)) {}
+RequestRouter::RequestRouter(const HostServices& services, L10n l10n, std::function<void()> stop)
+    : services_(services), l10n_(l10n), stop_(std::move(stop)) {}
 
 void RequestRouter::handle(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line) {
     answer(*connection, serve(connection, line));
@@ -52,8 +52,9 @@ Outcome RequestRouter::serve(const std::shared_ptr<LineServer::Connection>& conn
     if (verb == nullptr || verb->serve == nullptr) {
         return Refusal{.code = "unknownVerb", .message = l10n.text("usage.unknownVerb", name)};
     }
-    HostContext host{.store = store_,
-                     .agents = agents_,
+    HostContext host{.store = services_.store,
+                     .agents = services_.agents,
+                     .tools = services_.tools,
                      .l10n = l10n,
                      .connection = connection,
                      .answer =

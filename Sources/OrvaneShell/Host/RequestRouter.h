@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "Orvane/Agents/CustomAgentStore.h"
-#include "Orvane/Workspace/AppStore.h"
+#include "OrvaneCore/Support/L10n.h"
 #include "OrvaneShell/CommandLine/Verb.h"
+#include "OrvaneShell/Host/HostServices.h"
 #include "Platform/LineServer.h"
 
 namespace orvane {
@@ -17,8 +17,7 @@ namespace orvane {
 /// {"ok":false,"error":{"code":…,"message":…}}. Nothing that a client sends can end the host.
 class RequestRouter {
  public:
-    /// The stores outlive the router.
-    RequestRouter(AppStore& store, CustomAgentStore& agents, L10n l10n, std::function<void()> stop);
+    RequestRouter(const HostServices& services, L10n l10n, std::function<void()> stop);
 
     void handle(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line);
     std::string faultReply(LineServer::Fault fault) const;
@@ -26,8 +25,7 @@ class RequestRouter {
  private:
     Outcome serve(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line);
 
-    AppStore& store_;
-    CustomAgentStore& agents_;
+    HostServices services_;
     L10n l10n_;
     std::function<void()> stop_;
 };

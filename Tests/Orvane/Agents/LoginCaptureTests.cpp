@@ -21,25 +21,34 @@ struct LoginCaptureTest : testing::Test {
         std::filesystem::permissions(path, std::filesystem::perms::owner_all);
         return path;
     }
-    LoginCapture capture(const std::string& shell) {
-        return {loop, shell, {{"PATH", "/usr/bin:/bin"}, {"HOME", "/home/ann"}}, {"/opt/tools"}};
+    ShellSetup setup(std::string shell) {
+        return {.environment = {{"PATH", "/usr/bin:/bin"}, {"HOME", folder.path()}},
+                .shell = std::move(shell),
+                .locale = "C.UTF-8",
+                .toolFolders = {"/opt/tools"}};
     }
 };
 
 TEST_F(LoginCaptureTest, takesTheVariablesBehindWhateverTheProfilePrints) {
-    const LoginCapture login = capture(shellWith("echo Welcome; echo noise >&2; export EDITOR=vi PATH=/mine:$PATH"));
+    ShellSetup shell = setup(shellWith("echo Welcome; echo noise >&2; export EDITOR=vi PATH=/mine:$PATH"));
+    const LoginCapture login(loop, shell);
     ASSERT_TRUE(loop.runUntil([&] { return login.entries().has_value(); }));
     EXPECT_EQ(EnvironmentList::value(*login.entries(), "EDITOR"), "vi");
     EXPECT_EQ(EnvironmentList::value(*login.entries(), "PATH"), "/mine:/usr/bin:/bin:/opt/tools");
+    shell.toolFolders = {"/opt/newer"};
+    EXPECT_EQ(EnvironmentList::value(*login.entries(), "PATH"), "/mine:/usr/bin:/bin:/opt/newer");
 }
 
 TEST_F(LoginCaptureTest, aShellThatFailsOrHangsGivesNoneAndHoldsNothingUp) {
-    const LoginCapture failing = capture(shellWith("exit 1"));
-    const LoginCapture missing = capture(folder.path("no-such-shell"));
+    const ShellSetup failingShell = setup(shellWith("exit 1"));
+    const LoginCapture failing(loop, failingShell);
+    const ShellSetup missingShell = setup(folder.path("no-such-shell"));
+    const LoginCapture missing(loop, missingShell);
     const std::string mark = folder.path("started");
-    const LoginCapture hanging = capture(shellWith("echo > " + mark + "; exec sleep 600"));
+    const ShellSetup hangingShell = setup(shellWith("echo > " + mark + "; exec sleep 600"));
+    const LoginCapture hanging(loop, hangingShell);
     ASSERT_TRUE(loop.runUntil([&] { return std::filesystem::exists(mark); }));
-    loop.advance(LoginCapture::limit);
+    loop.advance(LoginShellRun::answerLimit);
     bool isOver = false;
     const auto soon = loop.after(std::chrono::seconds(1), [&] { isOver = true; });
     loop.advance(std::chrono::seconds(1));

@@ -69,8 +69,11 @@ struct TerminalLauncherTest : testing::Test {
     TerminalLauncher& launcherWith(const std::string& shell) {
         const Environment environment{
             {"HOME", home}, {"PATH", "/usr/bin:/bin"}, {"CLAUDECODE", "1"}, {"CLAUDE_CODE_SSE_PORT", "7"}};
-        launchers.push_back(std::make_unique<TerminalLauncher>(
-            TerminalLauncher::Setup{.loop = loop, .support = support, .environment = environment, .shell = shell}));
+        setups.push_back(std::make_unique<ShellSetup>(ShellSetup::of(environment)));
+        setups.back()->shell = shell;
+        logins.push_back(std::make_unique<LoginCapture>(loop, *setups.back()));
+        launchers.push_back(std::make_unique<TerminalLauncher>(TerminalLauncher::Setup{
+            .loop = loop, .support = support, .shell = *setups.back(), .login = *logins.back()}));
         return *launchers.back();
     }
 
@@ -107,6 +110,8 @@ struct TerminalLauncherTest : testing::Test {
     const std::string home = folder.path(hostile);
     ManualMainLoop loop;
     EverythingAdded support;
+    std::vector<std::unique_ptr<ShellSetup>> setups;
+    std::vector<std::unique_ptr<LoginCapture>> logins;
     std::vector<std::unique_ptr<TerminalLauncher>> launchers;
     std::vector<std::shared_ptr<SessionController>> sessions;
 };
@@ -179,7 +184,7 @@ TEST_P(RealShellTest, startsEachKindWithItsWordsInItsFolderAndEnvironment) {
     const auto [shell, login] = GetParam();
     TerminalLauncher& launcher = launcherWith(shell);
     if (login == Login::captured) {
-        ASSERT_TRUE(loop.runUntil([&] { return launcher.loginCapture().entries().has_value(); }));
+        ASSERT_TRUE(loop.runUntil([&] { return logins.back()->entries().has_value(); }));
     }
     const std::vector<Row> all = rows();
     for (const Row& row : all) {  // all at once, for each takes its time
@@ -213,7 +218,7 @@ TEST_F(TerminalLauncherTest, aLoginShellThatFailsOrHangsHoldsNoSessionUp) {
         ASSERT_TRUE(loop.runUntil([&] { return std::filesystem::exists(folder.path("asked")); }));
         const Report seen = report(launch(launcher, SessionKind::codex, "codex 'x y'"));
         EXPECT_EQ(seen.arguments.front(), "x y") << fault;
-        EXPECT_FALSE(launcher.loginCapture().entries().has_value());
+        EXPECT_FALSE(logins.back()->entries().has_value());
         std::filesystem::remove(folder.path("asked"));
         sessions.back()->terminate();
     }

@@ -16,7 +16,10 @@ using ::testing::HasSubstr;
 /// Keeps what it is sent.
 class RecordingConnection final : public LineServer::Connection {
  public:
-    void reply(std::string_view line) override { lines.emplace_back(line); }
+    void reply(std::string_view line) override {
+        lines.emplace_back(line);
+        if (std::exchange(isStreaming, false) && close) std::exchange(close, nullptr)();
+    }
     void beginStream() override { isStreaming = true; }
     void stream(std::string_view line) override { lines.emplace_back(line); }
     void onClose(std::function<void()> callback) override { close = std::move(callback); }
@@ -70,7 +73,12 @@ class RequestRouterTest : public testing::StoreFixture {
     }
 
     int stops = 0;
-    RequestRouter router{*store, agents, {}, [this] { ++stops; }};
+    /// Its home folder is that of the test; there is no shell.
+    ShellSetup shell{.environment = {{"HOME", folder.path()}}, .shell = folder.path("no-shell")};
+    LoginCapture login{loop, shell};
+    std::shared_ptr<ToolsManager> tools = std::make_shared<ToolsManager>(
+        ToolsManager::Services{.loop = loop, .pool = pool, .l10n = {}, .shell = shell, .loginCapture = login});
+    RequestRouter router{{.store = *store, .agents = agents, .tools = *tools}, {}, [this] { ++stops; }};
 };
 
 TEST_F(RequestRouterTest, AnswersWhatIsNoRequestWithAnError) {
@@ -275,6 +283,37 @@ TEST_F(RequestRouterTest, LayoutsAreAppliedSavedAndShown) {
     result("close", {{"id", tab}});
     EXPECT_FALSE(store->workspace().surfaceTrees.contains(*Uuid::parse(tab)));
     EXPECT_EQ(store->workspace().surfaceMetas.at(home).size(), 1U);
+}
+
+TEST_F(RequestRouterTest, ToolsAreToldAndInstalledWithTheLogFirst) {
+    folder.write("shell", "#!/bin/sh\nPATH=" + folder.path() + "\nfor last; do :; done\neval \"$last\"\n");
+    folder.write("npm", "#!/bin/sh\necho \"$2 $3\"; echo 'no space left'; exit 1\n");
+    for (const char* name : {"shell", "npm"})
+        std::filesystem::permissions(folder.path(name), std::filesystem::perms::owner_all);
+    EXPECT_THAT(refusal("tools install", {{"tool", "nosuch"}}), HasSubstr("usage: “nosuch” is no tool"));
+    EXPECT_THAT(refusal("tools update", {{"tool", "codex"}}), HasSubstr("refused: The installation could not be"));
+    const JsonValue incomplete = result("tools");
+    EXPECT_EQ(incomplete.at("npm"), JsonValue());
+    EXPECT_FALSE(incomplete.at("complete").get_bool());
+
+    shell.shell = folder.path("shell");
+    const JsonValue found = result("tools");
+    EXPECT_EQ(found.at("npm"), true);
+    EXPECT_EQ(Json::write(found.at("tools").at(1)),
+              R"({"auth":"notConnected","id":"codex","name":"Codex","state":"missing"})");
+    EXPECT_THAT(refusal("tools update", {{"tool", "codex"}}), HasSubstr("orvane tools install codex"));
+
+    const auto client = std::make_shared<RecordingConnection>();
+    router.handle(client, R"({"verb":"tools install","arguments":{"tool":"codex"},"language":"de"})");
+    const auto late = std::make_shared<RecordingConnection>();
+    ASSERT_TRUE(loop.runUntil([&] { return !client->lines.empty(); }));
+    router.handle(late, R"({"verb":"tools install","arguments":{"tool":"codex"}})");
+    ASSERT_TRUE(loop.runUntil([&] { return client->lines.size() == 3 && late->lines.size() == 3; }));
+    EXPECT_EQ(client->lines[0], R"({"line":"-g @openai/codex"})");
+    EXPECT_EQ(client->lines[1], R"({"line":"no space left"})");
+    EXPECT_THAT(client->lines[2], HasSubstr("fehlgeschlagen"));
+    EXPECT_EQ(late->lines[0], client->lines[0]);
+    EXPECT_THAT(late->lines[2], HasSubstr("The installation failed."));
 }
 
 TEST_F(RequestRouterTest, FollowersSeeChangesUntilTheyLeave) {
