@@ -1,9 +1,11 @@
 // How programs on terminals end, and that nothing of them stays.
 
-#include <sys/wait.h>
-
+#include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <set>
 
 #include "Orvane/Agents/TerminalSession.h"
 #include "Orvane/StoreFixture.h"
@@ -68,12 +70,19 @@ class SessionEndTest : public testing::StoreFixture {
         std::getline(file, text);
         return text.empty() ? '-' : text.at(text.rfind(')') + 2);
     }
-    /// Neither a process that runs nor one that was not waited for.
-    static bool hasNoChild() {
-        siginfo_t info{};
-        return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) != 0 && errno == ECHILD;
+    /// The processes that we started, those included that were not waited for.
+    static std::set<pid_t> children() {
+        std::set<pid_t> found;
+        for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+            std::ifstream file(thread.path() / "children");
+            found.insert(std::istream_iterator<pid_t>(file), {});
+        }
+        return found;
     }
+    /// What tests before this one in the same process left is theirs.
+    bool hasNoChild() const { return std::ranges::includes(childrenBefore, children()); }
 
+    const std::set<pid_t> childrenBefore = children();
     ShOnTerminal terminals{loop};
     std::map<Uuid, std::vector<End>> ends;
     Registration subscription;
@@ -102,7 +111,7 @@ TEST_F(SessionEndTest, IsToldOnceBehindAllOutput) {
         ids.push_back(made.id());
     }
     EXPECT_TRUE(loop.runUntil([&] { return store->activeSessions().empty(); }));
-    EXPECT_TRUE(loop.runUntil(hasNoChild)) << "a zombie stays";
+    EXPECT_TRUE(loop.runUntil([&] { return hasNoChild(); })) << "a zombie stays";
     for (std::size_t index = 0; index < ids.size(); ++index) {
         const auto& each = cases[index];
         ASSERT_EQ(ends[ids[index]].size(), 1U) << each.command;
@@ -120,6 +129,7 @@ TEST_F(SessionEndTest, AProgramThatStopsItselfHasNotEnded) {
     const pid_t process = stopped.processId();
     ASSERT_TRUE(loop.runUntil([&] { return stateOf(process) == 'T'; }));
     ASSERT_TRUE(shows(stopped, "before"));
+    EXPECT_FALSE(hasNoChild());
     EXPECT_TRUE(ends.empty());
     ASSERT_EQ(kill(process, SIGCONT), 0);
     ASSERT_TRUE(loop.runUntil([&] { return ends.size() == 1; }));
@@ -146,7 +156,7 @@ TEST_F(SessionEndTest, QuittingLeavesNoProgramBehind) {
     sequence.start([&] { isStopped = true; });
     while (!isStopped)
         loop.advance(10ms);
-    EXPECT_TRUE(loop.runUntil(hasNoChild)) << "a program or a zombie stays";
+    EXPECT_TRUE(loop.runUntil([&] { return hasNoChild(); })) << "a program or a zombie stays";
     for (const pid_t program : programs)
         EXPECT_EQ(stateOf(program), '-');
     EXPECT_TRUE(ends.empty());  // nobody asks any more
@@ -167,7 +177,7 @@ TEST_F(SessionEndTest, AThousandSessionsLeaveNothing) {
         ASSERT_TRUE(loop.runUntil([&] { return ends.size() == quick.size(); }));
         for (const auto& each : std::vector(store->sessions()))
             store->closeSession(each->id());
-        ASSERT_TRUE(loop.runUntil(hasNoChild));
+        ASSERT_TRUE(loop.runUntil([&] { return hasNoChild(); }));
         loop.advance(2s);  // closed sessions are forgotten
         ASSERT_TRUE(store->stoppingSessions().empty());
         for (const Uuid& id : quick)
