@@ -53,7 +53,6 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
     Registration watch;
     bool isAtEnd = false;
     bool isEndTold = false;
-    std::string buffer;
     int logCounter = 0;
 
     std::mutex pendingLock;
@@ -81,18 +80,21 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
 
     /// A pseudo-terminal hands out little at a time, so it is asked until it has no more.
     std::string readAvailable() {
-        buffer.resize(limits.readSize);
+        // One for all channels of the thread: a session in which nothing happens should not hold 128 KiB for it.
+        thread_local std::string buffer;
+        const std::size_t room = limits.readSize;
+        if (buffer.size() < room) buffer.resize(room);
         std::size_t size = 0;
         const auto start = std::chrono::steady_clock::now();
         do {
             const ssize_t count =
-                uninterrupted([&] { return ::read(descriptor.number(), buffer.data() + size, buffer.size() - size); });
+                uninterrupted([&] { return ::read(descriptor.number(), buffer.data() + size, room - size); });
             if (count < 0 && errno == EAGAIN) break;
             // The other side of a pseudo-terminal that was closed gives EIO.
             isAtEnd = count <= 0;
             if (isAtEnd) break;
             size += static_cast<std::size_t>(count);
-        } while (size < buffer.size() && std::chrono::steady_clock::now() - start < longestRead);
+        } while (size < room && std::chrono::steady_clock::now() - start < longestRead);
         const std::string bytes(buffer.data(), size);
         log(bytes);
         return bytes;
