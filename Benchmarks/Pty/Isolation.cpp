@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <csignal>
-#include <fstream>
 #include <memory>
 #include <vector>
 
 #include "Platform/AsioMainLoop.h"
 #include "Platform/LoopThread.h"
+#include "Support/ResidentMemory.h"
 #include "TerminalEmulator/HeadlessTerminal.h"
 
 namespace orvane::benchmark {
@@ -21,14 +21,6 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 
 double since(Clock::time_point start) {
     return Milliseconds(Clock::now() - start).count();
-}
-
-double residentMegabytes() {
-    std::ifstream file("/proc/self/statm");
-    double all = 0;
-    double resident = 0;
-    file >> all >> resident;
-    return resident * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
 class Flooded final : public HeadlessTerminal {
@@ -112,7 +104,7 @@ Measured<Isolation> isolation(int echoingSessions, std::chrono::milliseconds dur
     const auto end = loop.after(std::chrono::milliseconds(300) + duration, [&] { loop.stop(); });
     loop.run();
     result.floodRate = static_cast<double>(flood.received) / 1e3 / since(start);
-    result.megabytes = residentMegabytes();
+    result.megabytes = residentBytes(getpid()) / 1e6;
     std::vector<double> all;
     for (const auto& typist : typists) {
         all.insert(all.end(), typist->latencies.begin(), typist->latencies.end());

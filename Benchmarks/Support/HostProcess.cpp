@@ -8,6 +8,7 @@
 #include <chrono>
 #include <csignal>
 #include <thread>
+#include <utility>
 
 #include "OrvaneCore/Support/JSONObject.h"
 #include "OrvaneShell/Host/HostPaths.h"
@@ -38,8 +39,8 @@ std::optional<ExitStatus> waitForEnd(const FileDescriptor& process) {
 
 }  // namespace
 
-std::string requestLine(std::string_view verb) {
-    return Json::write({{"verb", verb}, {"arguments", boost::json::object()}, {"language", "en"}});
+std::string requestLine(std::string_view verb, boost::json::object arguments) {
+    return Json::write({{"verb", verb}, {"arguments", std::move(arguments)}, {"language", "en"}});
 }
 
 Measured<HostProcess> HostProcess::start(const std::string& orvane, const Environment& environment) {
@@ -77,8 +78,8 @@ Measured<void> HostProcess::stop() {
     return {};
 }
 
-Measured<JsonValue> ask(LineClient& client, std::string_view verb) {
-    const auto line = client.request(requestLine(verb));
+Measured<JsonValue> ask(LineClient& client, std::string_view verb, boost::json::object arguments) {
+    const auto line = client.request(requestLine(verb, std::move(arguments)));
     if (!line) return Failure(line.error().message());
     const auto reply = Json::parse(*line).value_or(JsonValue());
     const JSONObject object(reply);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <boost/json/object.hpp>
 #include <string>
 #include <string_view>
 
@@ -12,7 +13,7 @@
 namespace orvane::benchmark {
 
 /// The line that asks the host for this, as the command line sends it.
-std::string requestLine(std::string_view verb);
+std::string requestLine(std::string_view verb, boost::json::object arguments = {});
 
 /// A running "orvane host" of its own environment. Killed if it was not stopped.
 class HostProcess {
@@ -39,6 +40,6 @@ class HostProcess {
 };
 
 /// The result that the host answers with.
-[[nodiscard]] Measured<JsonValue> ask(LineClient& client, std::string_view verb);
+[[nodiscard]] Measured<JsonValue> ask(LineClient& client, std::string_view verb, boost::json::object arguments = {});
 
 }  // namespace orvane::benchmark
