@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "OrvaneCore/Agents/Signals/ClaudeHookFeed.h"
 #include "OrvaneCore/Agents/ToolPathRescue.h"
 #include "OrvaneCore/Support/Paths.h"
 #include "OrvaneCore/Support/ShellText.h"
@@ -82,7 +83,7 @@ class Composer {
             command += " --session-id " + *plan_.forcedTranscriptID;
         }
         if (request_.hookFeed && LaunchPlan::takesHookFeed(request_.kind, request_.command)) {
-            EnvironmentList::set(plan_.environment, "ORVANE_HOOK_EVENTS", request_.hookFeed->eventsPath);
+            EnvironmentList::set(plan_.environment, ClaudeHookFeed::environmentKey, request_.hookFeed->eventsPath);
             command += " --settings " + shellQuoted(request_.hookFeed->settingsJson);
         }
         command += request_.browserPrompt;
