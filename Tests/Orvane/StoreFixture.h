@@ -37,7 +37,7 @@ class ShellLauncher final : public SessionLauncher {
             {.arguments = {"/bin/sh", "-c", session.identity().command.value_or("true")},
              .workingDirectory = session.identity().projectPath,
              .group = ChildProcess::Group::own},
-            {.onOutput = [activity = std::move(events.onActivity)](std::string_view) { activity(); },
+            {.onOutput = [activity = std::move(events.onActivity)](std::string_view bytes) { activity(bytes); },
              .onError = {},
              .onExit =
                  [exit = std::move(events.onExit)](ExitStatus status) {

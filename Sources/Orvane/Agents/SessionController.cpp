@@ -4,7 +4,10 @@
 #include <csignal>
 #include <utility>
 
+#include "Orvane/Agents/TerminalAgent.h"
+#include "Orvane/Support/WallClock.h"
 #include "Platform/ProcessGroup.h"
+#include "TerminalEmulator/HeadlessTerminal.h"
 
 namespace orvane {
 
@@ -13,27 +16,43 @@ namespace {
 /// In the place of a wait status, which is never negative.
 constexpr int neverStarted = -1;
 
+constexpr Duration noticeTime = std::chrono::seconds(4);
+
+bool isWaiting(const SessionStatus& status) {
+    return std::holds_alternative<SessionStatus::Waiting>(status.value);
+}
+
 }  // namespace
 
-SessionController::SessionController(Identity identity, Appearance appearance)
-    : identity_(std::move(identity)), appearance_(std::move(appearance)) {}
+SessionController::SessionController(Identity identity, Appearance appearance, Surroundings surroundings)
+    : identity_(std::move(identity)),
+      appearance_(std::move(appearance)),
+      surroundings_(std::move(surroundings)),
+      evidence_{.since = identity_.startedAt} {}
+
+SessionController::~SessionController() = default;
 
 void SessionController::launch(SessionLauncher& launcher) {
-    const auto weak = weak_from_this();
-    auto launched = launcher.launch(*this, {.onActivity =
-                                                [weak] {
-                                                    if (const auto self = weak.lock()) self->noteActivity();
-                                                },
-                                            .onExit =
-                                                [weak](int waitStatus) {
-                                                    if (const auto self = weak.lock()) self->noteExit(waitStatus);
-                                                }});
+    if (isAgent(identity_.kind)) {
+        agent_ = std::make_unique<TerminalAgent>(
+            *this, TerminalAgent::Surroundings{
+                       .loop = surroundings_.loop, .home = surroundings_.home, .log = surroundings_.log});
+    }
+    const auto bound = [weak = weak_from_this()](auto member) {
+        return [weak, member](auto... arguments) {
+            if (const auto self = weak.lock()) (self.get()->*member)(arguments...);
+        };
+    };
+    auto launched = launcher.launch(*this, {.onActivity = bound(&SessionController::noteActivity),
+                                            .onTitle = bound(&SessionController::noteTitle),
+                                            .onExit = bound(&SessionController::noteExit)});
     if (!launched) {
         launchFailure_ = std::move(launched.error());
         return noteExit(neverStarted);
     }
     process_ = *std::move(launched);
     forcedTranscriptID_ = process_->forcedTranscriptID();
+    if (agent_ != nullptr) agent_->start();
 }
 
 void SessionController::setTransport(std::unique_ptr<ChatTransport> transport) {
@@ -65,20 +84,63 @@ void SessionController::noteFocus() {
     if (callbacks_.onFocus) callbacks_.onFocus();
 }
 
-void SessionController::setStatus(const SessionStatus& status) {
+void SessionController::setStatus(const SessionStatus& status, StatusSource source) {
     if (status == status_) return;
+    const bool wasWaiting = isWaiting(status_);
+    const Date now = dateOf(surroundings_.loop.wallTime());
     status_ = status;
+    evidence_ = {.source = source, .since = now};
+    if (wasWaiting) approval_.withdraw();
+    if (isWaiting(status_)) approval_.raise(now);
+    needsAttention_ = isWaiting(status_) || (needsAttention_ && !wasWaiting);
+    changed();
+    if (isWaiting(status_) && callbacks_.onAttention) callbacks_.onAttention();
+}
+
+void SessionController::type(std::string_view bytes) {
+    if (agent_ != nullptr) return agent_->type(bytes);
+    if (HeadlessTerminal* headless = terminal()) headless->send(bytes);
+}
+
+void SessionController::noteRequest(const ApprovalPolicy::Request& request) {
+    const bool isAnother = approval_.ask(request, dateOf(surroundings_.loop.wallTime()));
+    if (isAnother && isWaiting(status_)) raiseAttention();
+}
+
+void SessionController::noteClear() {
+    needsAttention_ = false;
+    approval_ = {};
+    if (callbacks_.onAITitle) callbacks_.onAITitle({});
+    if (hasExited_) return;
+    const bool isReady = std::holds_alternative<SessionStatus::Ready>(status_.value);
+    setStatus({SessionStatus::Ready{}}, StatusSource::clear);
+    if (isReady) changed();
+}
+
+void SessionController::showNotice(std::string_view textKey) {
+    transientNotice_ = surroundings_.l10n.text(textKey);
+    noticeTimer_ = surroundings_.loop.after(noticeTime, [this] {
+        transientNotice_.clear();
+        changed();
+    });
     changed();
 }
 
-void SessionController::noteActivity() {
-    if (!isAgent(identity_.kind) && !hasExited_) setStatus({SessionStatus::Working{}});
+void SessionController::noteActivity(std::string_view bytes) {
+    if (hasExited_) return;
+    if (agent_ != nullptr) return agent_->noteOutput(bytes);
+    setStatus({SessionStatus::Working{}}, StatusSource::output);
+}
+
+void SessionController::noteTitle() {
+    if (agent_ != nullptr && !hasExited_) agent_->noteTitle();
 }
 
 void SessionController::noteExit(int waitStatus) {
     hasExited_ = true;
-    setStatus(waitStatus == 0 ? SessionStatus{SessionStatus::Done{}}
-                              : SessionStatus{SessionStatus::Failed{waitStatus}});
+    if (agent_ != nullptr) agent_->noteExit();
+    setStatus(waitStatus == 0 ? SessionStatus{SessionStatus::Done{}} : SessionStatus{SessionStatus::Failed{waitStatus}},
+              StatusSource::exit);
 }
 
 void SessionController::changed() {
@@ -88,6 +150,7 @@ void SessionController::changed() {
 
 void SessionController::terminate() {
     if (std::exchange(terminationAsked_, true)) return;
+    if (agent_ != nullptr) agent_->stop();
     if (transport_ != nullptr) return transport_->stop();
     if (process_ == nullptr || hasExited_) return;
     collectProcessGroups();

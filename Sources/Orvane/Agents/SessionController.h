@@ -7,15 +7,21 @@
 #include <string>
 #include <vector>
 
+#include "Orvane/Agents/SessionApproval.h"
 #include "Orvane/Agents/SessionProcess.h"
 #include "Orvane/Chat/ChatTransport.h"
 #include "OrvaneCore/Agents/AgentSpec.h"
 #include "OrvaneCore/Agents/SessionKind.h"
 #include "OrvaneCore/Agents/SessionStatus.h"
+#include "OrvaneCore/Agents/StatusDecision.h"
 #include "OrvaneCore/Support/Date.h"
+#include "OrvaneCore/Support/L10n.h"
 #include "OrvaneCore/Support/Uuid.h"
+#include "Platform/MainLoop.h"
 
 namespace orvane {
+
+class TerminalAgent;
 
 /// One running session: its program and what the system believes about it. Made by the store only; main thread only.
 class SessionController : public std::enable_shared_from_this<SessionController> {
@@ -53,7 +59,20 @@ class SessionController : public std::enable_shared_from_this<SessionController>
         std::function<void()> onAttention;
     };
 
-    SessionController(Identity identity, Appearance appearance);
+    /// What sessions live in; the loop must outlive them.
+    struct Surroundings {
+        MainLoop& loop;
+        L10n l10n;
+        /// The user's home folder, where agents keep their files.
+        std::string home;
+        /// A line for whoever looks into a fault; may be empty.
+        std::function<void(const std::string& line)> log;
+    };
+
+    SessionController(Identity identity, Appearance appearance, Surroundings surroundings);
+    ~SessionController();
+    SessionController(const SessionController&) = delete;
+    SessionController& operator=(const SessionController&) = delete;
 
     void install(Callbacks callbacks) { callbacks_ = std::move(callbacks); }
 
@@ -86,7 +105,30 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     void noteFocus();
 
     /// Every change of the status goes through here.
-    void setStatus(const SessionStatus& status);
+    void setStatus(const SessionStatus& status, StatusSource source);
+    /// What decided the status, and when.
+    struct Evidence {
+        StatusSource source = StatusSource::start;
+        Date since;
+    };
+    const Evidence& evidence() const { return evidence_; }
+
+    /// Who drives it; null for one that is no agent in a terminal.
+    TerminalAgent* agent() const { return agent_.get(); }
+    /// Bytes that a user typed; nothing without a terminal.
+    void type(std::string_view bytes);
+
+    SessionApproval& approval() { return approval_; }
+    const SessionApproval& approval() const { return approval_; }
+    /// The agent asks this.
+    void noteRequest(const ApprovalPolicy::Request& request);
+    /// The conversation begins anew.
+    void noteClear();
+    /// Something that a view shows has changed, other than the status.
+    void noteChange() { changed(); }
+    /// Shows a text for a few seconds; empty when there is none.
+    void showNotice(std::string_view textKey);
+    const std::string& transientNotice() const { return transientNotice_; }
 
     /// Asks the program to end: its process group and the foreground group of its terminal get SIGTERM. Agents start
     /// children, so signalling the program alone would leave them running. More than once does nothing more.
@@ -97,16 +139,22 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     void kill();
 
  private:
-    void noteActivity();
+    void noteActivity(std::string_view bytes);
+    void noteTitle();
     void noteExit(int waitStatus);
     void changed();
     void collectProcessGroups();
 
     Identity identity_;
     Appearance appearance_;
+    Surroundings surroundings_;
     Callbacks callbacks_;
     SessionStatus status_;
     SessionStatus publishedStatus_;
+    Evidence evidence_;
+    SessionApproval approval_;
+    std::string transientNotice_;
+    Registration noticeTimer_;
     bool needsAttention_ = false;
     bool hasExited_ = false;
     bool terminationAsked_ = false;
@@ -115,6 +163,7 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     std::optional<std::string> forcedTranscriptID_;
     std::unique_ptr<SessionProcess> process_;
     std::unique_ptr<ChatTransport> transport_;
+    std::unique_ptr<TerminalAgent> agent_;
 };
 
 }  // namespace orvane

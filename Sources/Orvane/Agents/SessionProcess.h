@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "Orvane/Agents/LaunchFailure.h"
 
@@ -36,7 +37,10 @@ class SessionProcess {
 };
 
 struct SessionProcessEvents {
-    std::function<void()> onActivity;
+    /// The program has written these bytes, and its terminal shows them.
+    std::function<void(std::string_view bytes)> onActivity;
+    /// The program has given its terminal a title, which may be the same; after the bytes around it are shown.
+    std::function<void()> onTitle;
     /// The wait status of the program that ended.
     std::function<void(int)> onExit;
 };

@@ -18,11 +18,13 @@ TerminalSession::Screen::Screen(MainLoop& loop, MainLoop& reader, SessionProcess
                        [onExit = std::move(events.onExit)](std::optional<int> waitStatus) {
                            onExit(waitStatus.value_or(unknownEnd));
                        }),
-      onActivity_(std::move(events.onActivity)) {}
+      onActivity_(std::move(events.onActivity)),
+      onTitle_(std::move(events.onTitle)) {}
 
 void TerminalSession::Screen::dataReceived(std::string_view slice) {
     HeadlessTerminal::dataReceived(slice);
-    onActivity_();
+    onActivity_(slice);
+    if (std::exchange(hasNewTitle_, false)) onTitle_();
 }
 
 TerminalSession::TerminalSession(MainLoop& loop, MainLoop& reader, SessionProcessEvents events,

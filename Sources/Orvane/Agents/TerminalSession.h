@@ -36,12 +36,15 @@ class TerminalSession final : public SessionProcess {
      public:
         Screen(MainLoop& loop, MainLoop& reader, SessionProcessEvents events);
         bool isProcessTrusted() override { return false; }
+        void setTerminalTitle(std::string_view /*title*/) override { hasNewTitle_ = true; }
 
      protected:
         void dataReceived(std::string_view slice) override;
 
      private:
-        std::function<void()> onActivity_;
+        std::function<void(std::string_view)> onActivity_;
+        std::function<void()> onTitle_;
+        bool hasNewTitle_ = false;
     };
 
     Screen screen_;

@@ -34,6 +34,10 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
         PreferencesStore& preferences;
         StateFile& stateFile;
         L10n l10n;
+        /// The user's home folder, where agents keep their files.
+        std::string home = {};
+        /// A line for whoever looks into a fault.
+        std::function<void(const std::string& line)> log = {};
         /// Starts the programs of sessions; without one a session has none.
         SessionLauncher* launcher = nullptr;
         /// The agent that the user added under this id.

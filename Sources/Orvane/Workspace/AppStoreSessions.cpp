@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Orvane/Support/WallClock.h"
 #include "Orvane/Workspace/AppStore.h"
 
 namespace orvane {
@@ -32,7 +33,6 @@ SessionController* AppStore::createSession(const SessionRequest& request) {
     if (project == nullptr || terminationStarted_) return nullptr;
     const auto spec = request.customAgent && services_.customAgent ? services_.customAgent(*request.customAgent)
                                                                    : std::optional<AgentSpec>();
-    const double now = std::chrono::duration<double>(services_.loop.wallTime().time_since_epoch()).count();
     const auto session = std::make_shared<SessionController>(
         SessionController::Identity{.id = Uuid::random(),
                                     .projectID = request.project,
@@ -40,9 +40,11 @@ SessionController* AppStore::createSession(const SessionRequest& request) {
                                     .command = request.command,
                                     .projectPath = request.workingDirectory.value_or(project->path),
                                     .projectRoot = project->path,
-                                    .startedAt = Date{now},
+                                    .startedAt = dateOf(services_.loop.wallTime()),
                                     .agentSpec = spec},
-        SessionController::Appearance{.userTitle = request.title});
+        SessionController::Appearance{.userTitle = request.title},
+        SessionController::Surroundings{
+            .loop = services_.loop, .l10n = services_.l10n, .home = services_.home, .log = services_.log});
     session->install(callbacksFor(session));
     sessions_.push_back(session);
     if (request.origin == Origin::launched) {

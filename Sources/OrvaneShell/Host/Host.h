@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "Orvane/Agents/AgentLaunchSupport.h"
 #include "Orvane/Agents/CustomAgentStore.h"
 #include "Orvane/Agents/TerminalLauncher.h"
 #include "Orvane/Agents/ToolsManager.h"
@@ -61,7 +62,7 @@ class Host {
     L10n l10n_;
     StateFile stateFile_;
     CustomAgentStore agents_;
-    NoLaunchSupport launchSupport_;
+    AgentLaunchSupport launchSupport_;
     ShellSetup shellSetup_;
     LoginCapture loginCapture_;
     TerminalLauncher launcher_;

@@ -85,7 +85,7 @@ struct TerminalLauncherTest : testing::Test {
         sessions.push_back(std::make_shared<SessionController>(
             SessionController::Identity{
                 .kind = kind, .command = std::move(command), .projectPath = path, .agentSpec = std::move(spec)},
-            SessionController::Appearance{}));
+            SessionController::Appearance{}, surroundings));
         sessions.back()->launch(launcher);
         return *sessions.back();
     }
@@ -110,6 +110,7 @@ struct TerminalLauncherTest : testing::Test {
     const std::string home = folder.path(hostile);
     ManualMainLoop loop;
     EverythingAdded support;
+    const SessionController::Surroundings surroundings{.loop = loop, .l10n = {}, .home = home, .log = {}};
     std::vector<std::unique_ptr<ShellSetup>> setups;
     std::vector<std::unique_ptr<LoginCapture>> logins;
     std::vector<std::unique_ptr<TerminalLauncher>> launchers;
@@ -228,7 +229,8 @@ TEST_F(TerminalLauncherTest, tellsWhyNothingWasStarted) {
     TerminalLauncher& launcher = launcherWith("/bin/bash");
     using enum LaunchFailure::Reason;
     const auto reasonOf = [&](const std::string& command, const std::string& path) {
-        SessionController session({.kind = SessionKind::custom, .command = command, .projectPath = path}, {});
+        SessionController session({.kind = SessionKind::custom, .command = command, .projectPath = path}, {},
+                                  surroundings);
         session.launch(launcher);
         EXPECT_EQ(session.status(), (SessionStatus{SessionStatus::Failed{-1}}));
         return session.launchFailure().value_or(LaunchFailure{.reason = notStarted});

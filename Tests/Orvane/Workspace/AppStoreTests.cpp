@@ -23,9 +23,9 @@ TEST_F(AppStoreTest, FiftyChangesInOneTurnPublishOnce) {
     const auto statuses = store->sessionEvents.subscribe([&](const SessionEvent&) { ++events; });
     const auto before = store->remoteRevision();
     for (int change = 0; change < 25; ++change) {
-        one.setStatus({SessionStatus::Working{}});
-        one.setStatus({SessionStatus::Working{}});  // no change
-        one.setStatus({SessionStatus::Waiting{}});
+        one.setStatus({SessionStatus::Working{}}, StatusSource::screen);
+        one.setStatus({SessionStatus::Working{}}, StatusSource::screen);  // no change
+        one.setStatus({SessionStatus::Waiting{}}, StatusSource::screen);
     }
     EXPECT_EQ(published, 0);
     loop.runTurn();
@@ -220,7 +220,7 @@ TEST_F(AppStoreTest, AskingToQuitTwiceKeepsTheFirstQuestion) {
     store->answerQuit();
     EXPECT_EQ(store->requestQuit(Window::visible), QuitReply::later);
     store->answerQuit();
-    active.setStatus({SessionStatus::Done{}});
+    active.setStatus({SessionStatus::Done{}}, StatusSource::screen);
     EXPECT_EQ(store->requestQuit(Window::visible), QuitReply::now);
 }
 

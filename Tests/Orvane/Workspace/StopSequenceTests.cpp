@@ -43,7 +43,7 @@ class StopSequenceTest : public testing::StoreFixture {
 };
 
 TEST_F(StopSequenceTest, WaitsForNothingWhenNothingRuns) {
-    session(project()).setStatus({SessionStatus::Done{}});
+    session(project()).setStatus({SessionStatus::Done{}}, StatusSource::screen);
     store->closeSession(store->sessions().front()->id());
     ASSERT_TRUE(loop.runUntil([&] { return !store->stoppingSessions().front()->isStillTerminating(); }));
     loop.advance(2s);

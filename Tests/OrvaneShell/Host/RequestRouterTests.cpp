@@ -321,14 +321,14 @@ TEST_F(RequestRouterTest, FollowersSeeChangesUntilTheyLeave) {
     const auto follower = std::make_shared<RecordingConnection>();
     router.handle(follower, R"({"verb":"events","arguments":{"follow":true}})");
     EXPECT_TRUE(follower->isStreaming);
-    watched.setStatus({SessionStatus::Waiting{}});
+    watched.setStatus({SessionStatus::Waiting{}}, StatusSource::screen);
     EXPECT_THAT(follower->lines, ElementsAre(Json::write({{"revision", store->remoteRevision()},
                                                           {"session", watched.id().lowerText()},
                                                           {"from", "ready"},
                                                           {"to", "waiting"}})));
     EXPECT_EQ(result("events").get_array().size(), 2U);
     follower->close();
-    watched.setStatus({SessionStatus::Idle{}});
+    watched.setStatus({SessionStatus::Idle{}}, StatusSource::screen);
     EXPECT_EQ(follower->lines.size(), 1U);
 }
 

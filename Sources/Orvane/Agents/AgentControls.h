@@ -1,0 +1,77 @@
+#pragma once
+
+#include <expected>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Orvane/Agents/AgentTerminal.h"
+#include "Orvane/Agents/PromptTarget.h"
+#include "OrvaneCore/Agents/PermissionCycle.h"
+#include "OrvaneCore/Agents/SessionKind.h"
+#include "OrvaneCore/Agents/Signals/CodexPicker.h"
+
+namespace orvane {
+
+/// Why a setting of an agent was not changed.
+enum class ControlRefusal {
+    unsupported,  ///< this kind of agent has no such setting
+    unknown,      ///< it has no such value
+    draftBusy,    ///< somebody has typed something of several lines
+    busy,         ///< it works or asks something
+};
+
+/// Changes model, effort and permission mode of an agent in a terminal, as a user would: by typing its commands. What
+/// somebody has typed in the composer meanwhile is taken away and typed again.
+class AgentControls {
+ public:
+    /// What a session runs with, as far as it is known.
+    struct Settings {
+        std::optional<std::string> modelName;
+        std::optional<std::string> effortLevel;
+        std::optional<std::string> permissionMode;
+        std::optional<std::string> sandboxMode;
+    };
+
+    /// For so long the transcript, which lags, cannot take a switch back.
+    static constexpr Duration switchProtection = std::chrono::seconds(10);
+
+    /// The terminal and the loop must outlive it. `obstacle` tells what keeps us from typing, `blockPrompts` keeps
+    /// prompts away for a second.
+    AgentControls(SessionKind kind, AgentTerminal& terminal, MainLoop& loop, std::function<PromptObstacle()> obstacle,
+                  std::function<void()> blockPrompts);
+
+    const Settings& settings() const { return settings_; }
+    /// What the agent's own settings and its command line say it starts with.
+    void readDefaults(const std::string& home, const std::string& project, const std::string& command);
+
+    std::expected<void, ControlRefusal> setModel(const std::string& model);
+    std::expected<void, ControlRefusal> setEffort(const std::string& effort);
+    std::expected<void, ControlRefusal> setPermissionMode(const std::string& mode);
+
+    /// What the agent or its transcript says of its model; not heard for a while after a switch.
+    void noteModel(const std::string& model);
+    void stop();
+
+ private:
+    std::expected<void, ControlRefusal> typeCommand(const std::string& command);
+    std::expected<void, ControlRefusal> pickCodex(const std::string& model, const std::string& effort);
+    void typeDigits(std::vector<int> digits);
+    void retype(std::string draft);
+
+    SessionKind kind_;
+    AgentTerminal& terminal_;
+    MainLoop& loop_;
+    std::function<PromptObstacle()> obstacle_;
+    std::function<void()> blockPrompts_;
+    Settings settings_;
+    std::optional<CodexPicker::Catalog> codexCatalog_;
+    PermissionCycle::Bypass bypass_ = PermissionCycle::Bypass::excluded;
+    std::optional<Instant> modelSwitchedAt_;
+    Registration commandTimer_;
+    Registration draftTimer_;
+    Registration pickerTimer_;
+};
+
+}  // namespace orvane

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Orvane/Agents/AgentTerminal.h"
+#include "Orvane/Agents/ClaudeSessionFile.h"
+#include "Orvane/Agents/HookFeedFile.h"
+#include "OrvaneCore/Agents/StatusDecision.h"
+#include "OrvaneCore/Support/Regex.h"
+
+namespace orvane {
+
+class SessionController;
+
+/// Works out what an agent in a terminal is doing, from what it draws, its title, its hooks, its own files and what is
+/// typed. Each of these lags or is missing at times; `StatusDecision` weighs them. Main thread only.
+class AgentStatusWatch {
+ public:
+    static constexpr Duration interval = std::chrono::milliseconds(1500);
+    static constexpr Duration tolerance = std::chrono::milliseconds(300);
+
+    /// All must outlive it. `home` is the user's home folder.
+    AgentStatusWatch(SessionController& session, AgentTerminal& terminal, MainLoop& loop, const std::string& home);
+
+    void start();
+    void stop();
+
+    /// The words of this file count from now on.
+    void useHooks(HookFeedFile file) { hookFeed_ = std::move(file); }
+    /// Bytes that a user types, or none for a prompt of ours. Before they are written.
+    void noteInput(std::string_view bytes);
+    /// The program has changed its title.
+    void noteTitle();
+    /// A question was answered by us.
+    void noteAnswer();
+    /// The conversation begins anew.
+    void forget();
+    /// What the transcript says of the turn.
+    void noteTranscriptPhase(std::optional<AgentPhase> phase) { agentPhase_ = phase; }
+    /// Somebody has given it something to do.
+    void noteInteraction() { userHasInteracted_ = true; }
+
+    /// Looks now, as every interval.
+    void tick();
+
+    bool userHasInteracted() const { return userHasInteracted_; }
+    /// Whether anything but what was typed says so at this moment.
+    bool isProvenWorking();
+    /// A question is on the screen that nobody has answered yet.
+    bool isDialogUp();
+    /// When something was last typed.
+    std::optional<Instant> lastRealInputAt() const { return lastRealInputAt_; }
+
+ private:
+    void readHooks();
+    void readStatusFile();
+    void readTitle();
+    void lookForDialog();
+    void noteTold();
+    void decide();
+    StatusLook look();
+    AgentStatusRule::PatternEvidence matchPatterns();
+    std::optional<std::string> draftBefore(std::string_view bytes);
+    Date wallNow() const;
+
+    SessionController& session_;
+    AgentTerminal& terminal_;
+    MainLoop& loop_;
+    std::vector<Regex> busyMatchers_;
+    std::vector<Regex> waitingMatchers_;
+    Registration timer_;
+
+    bool userHasInteracted_ = false;
+    std::optional<Instant> lastRealInputAt_;
+    Date lastAnsweringInputAt_;
+    std::string typedSinceReturn_;
+
+    std::optional<HookFeedFile> hookFeed_;
+    std::optional<AgentPhase> hookPhase_;
+    bool hookEventsSeen_ = false;
+    bool hookEventsArrived_ = false;
+    std::optional<AgentPhase> agentPhase_;
+
+    ClaudeSessionFile sessionFile_;
+    std::string waitingFor_;
+    SilenceVerdict statusFile_ = SilenceVerdict::unknown;
+    SilenceVerdict title_ = SilenceVerdict::unknown;
+    bool titleTells_ = false;  ///< this agent has shown by its title that it works
+    bool hasNews_ = false;
+    std::optional<Instant> toldWorkingSince_;
+
+    bool dialogOnScreen_ = false;
+    int waitingEvidenceMisses_ = 0;
+};
+
+}  // namespace orvane

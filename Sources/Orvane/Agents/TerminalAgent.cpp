@@ -1,0 +1,124 @@
+#include "Orvane/Agents/TerminalAgent.h"
+
+#include "Orvane/Agents/SessionController.h"
+#include "OrvaneCore/Agents/AgentCommand.h"
+#include "OrvaneCore/Agents/PromptTyping.h"
+#include "OrvaneCore/Support/Text.h"
+
+namespace orvane {
+
+namespace {
+
+constexpr Duration promptBlock = std::chrono::seconds(1);
+constexpr std::string_view escape = "\x1b";
+constexpr std::string_view controlC = "\x03";
+
+}  // namespace
+
+TerminalAgent::TerminalAgent(SessionController& session, const Surroundings& surroundings)
+    : session_(session),
+      loop_(surroundings.loop),
+      home_(surroundings.home),
+      log_(surroundings.log),
+      terminal_(session, loop_),
+      watch_(session, terminal_, loop_, surroundings.home),
+      prompts_(loop_, *this),
+      controls_(
+          session.identity().kind, terminal_, loop_, [this] { return obstacle(); }, [this] { blockPrompts(); }),
+      answers_(terminal_, loop_, [this] { watch_.noteAnswer(); }),
+      promptBlockedUntil_(loop_.now()) {}
+
+void TerminalAgent::start() {
+    watch_.start();
+    const SessionController::Identity& identity = session_.identity();
+    controls_.readDefaults(home_, identity.projectPath, identity.command.value_or(""));
+}
+
+void TerminalAgent::stop() {
+    watch_.stop();
+    prompts_.stop();
+    controls_.stop();
+    answers_.stop();
+}
+
+void TerminalAgent::noteExit() {
+    stop();
+    prompts_.fail();
+}
+
+void TerminalAgent::type(std::string_view bytes) {
+    noteInput(bytes);
+    terminal_.write(bytes);
+}
+
+void TerminalAgent::sendRaw(std::string_view text) {
+    noteInput({});
+    blockPrompts();
+    terminal_.write(std::string(text) + "\r");
+    if (AgentCommand::clearsContext(text)) noteClear(ClearTranscript::awaited);
+}
+
+void TerminalAgent::interrupt() {
+    type(hasAgentTranscript(session_.identity().kind) ? escape : controlC);
+}
+
+void TerminalAgent::noteInput(std::string_view bytes) {
+    const bool clears = !bytes.empty() && PromptTyping::completesClear(terminal_.reading().draft, bytes);
+    if (clears) return noteClear(ClearTranscript::awaited);
+    clearAwaitingTranscript_ = false;
+    watch_.noteInput(bytes);
+}
+
+void TerminalAgent::noteClear(ClearTranscript transcript) {
+    clearAwaitingTranscript_ = transcript == ClearTranscript::awaited;
+    watch_.forget();
+    session_.noteClear();
+}
+
+PromptObstacle TerminalAgent::obstacle() {
+    if (isWorking()) return PromptObstacle::working;
+    const bool isWaiting = std::holds_alternative<SessionStatus::Waiting>(session_.status().value);
+    if (isWaiting || watch_.isDialogUp()) return PromptObstacle::dialog;
+    const AgentScreenReading& reading = terminal_.reading();
+    if (reading.draft && !Text::trimmed(*reading.draft).empty()) return PromptObstacle::draft;
+    if (!reading.draft && !isSettled()) return PromptObstacle::starting;
+    return loop_.now() < promptBlockedUntil_ ? PromptObstacle::settling : PromptObstacle::none;
+}
+
+bool TerminalAgent::isWorking() const {
+    const bool isWorking = std::holds_alternative<SessionStatus::Working>(session_.status().value);
+    // Nothing tells when a program without patterns is done; a long silence has to do.
+    const bool isCustom = session_.identity().kind == SessionKind::custom;
+    return isWorking && !(isCustom && terminal_.silence().count() > StatusDecision::silenceThreshold);
+}
+
+bool TerminalAgent::isSettled() const {
+    return terminal_.hasProducedOutput() && terminal_.silence() >= settledSilence && terminal_.age() >= bootGrace;
+}
+
+void TerminalAgent::blockPrompts() {
+    promptBlockedUntil_ = loop_.now() + promptBlock;
+}
+
+bool TerminalAgent::runsModel(const std::string& model) const {
+    return !hasAgentTranscript(session_.identity().kind) || controls_.settings().modelName == model;
+}
+
+void TerminalAgent::switchModel(const std::string& model) {
+    // The composer was found free right before this.
+    (void)controls_.setModel(model);
+}
+
+void TerminalAgent::logLine(const std::string& line) {
+    if (log_) log_("session " + session_.id().lowerText() + " " + line);
+}
+
+void TerminalAgent::promptsChanged() {
+    session_.noteChange();
+}
+
+void TerminalAgent::promptFailed() {
+    session_.showNotice("shell.chat.notReady");
+}
+
+}  // namespace orvane

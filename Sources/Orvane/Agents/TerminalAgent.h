@@ -1,0 +1,93 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Orvane/Agents/AgentAnswers.h"
+#include "Orvane/Agents/AgentControls.h"
+#include "Orvane/Agents/AgentStatusWatch.h"
+#include "Orvane/Agents/AgentTerminal.h"
+#include "Orvane/Agents/PromptPipeline.h"
+
+namespace orvane {
+
+class SessionController;
+
+/// An agent that runs in a terminal: what it does, what it asks, and everything that is typed into it. Main thread
+/// only.
+class TerminalAgent final : private PromptTarget {
+ public:
+    /// A program that has drawn something and been quiet for so long may be ready though no composer is recognised.
+    static constexpr Seconds settledSilence{0.8};
+    static constexpr Seconds bootGrace{1.2};
+
+    struct Surroundings {
+        MainLoop& loop;
+        /// The user's home folder, where agents keep their files.
+        std::string home;
+        std::function<void(const std::string& line)> log;
+    };
+
+    /// The session owns it; the loop must outlive both.
+    TerminalAgent(SessionController& session, const Surroundings& surroundings);
+
+    /// The program has been started.
+    void start();
+    /// The session is told to end: nothing is typed or decided any more.
+    void stop();
+    void noteExit();
+    void noteOutput(std::string_view bytes) { terminal_.noteOutput(bytes); }
+    void noteTitle() { watch_.noteTitle(); }
+
+    /// Bytes that a user typed.
+    void type(std::string_view bytes);
+    /// Text and Return at once.
+    void sendRaw(std::string_view text);
+    void interrupt();
+    PromptPipeline& prompts() { return prompts_; }
+    const PromptPipeline& prompts() const { return prompts_; }
+    AgentControls& controls() { return controls_; }
+    AgentAnswers& answers() { return answers_; }
+    AgentStatusWatch& watch() { return watch_; }
+    AgentTerminal& terminal() { return terminal_; }
+    /// Whether a transcript is still to come after "/clear".
+    bool clearAwaitsTranscript() const { return clearAwaitingTranscript_; }
+
+ private:
+    PromptObstacle obstacle() override;
+    std::optional<std::string> draft() override { return terminal_.reading().draft; }
+    bool isProvenWorking() override { return watch_.isProvenWorking(); }
+    bool isDialogUp() override { return watch_.isDialogUp(); }
+    void write(std::string_view bytes) override { terminal_.write(bytes); }
+    bool takesPastes() const override { return terminal_.takesPastes(); }
+    void noteDelivery() override { noteInput({}); }
+    void blockPrompts() override;
+    bool runsModel(const std::string& model) const override;
+    void switchModel(const std::string& model) override;
+    void noteClear() override { noteClear(ClearTranscript::awaited); }
+    void logLine(const std::string& line) override;
+    void promptsChanged() override;
+    void promptFailed() override;
+
+    enum class ClearTranscript { awaited, known };
+    void noteInput(std::string_view bytes);
+    void noteClear(ClearTranscript transcript);
+    bool isWorking() const;
+    bool isSettled() const;
+
+    SessionController& session_;
+    MainLoop& loop_;
+    std::string home_;
+    std::function<void(const std::string&)> log_;
+    AgentTerminal terminal_;
+    AgentStatusWatch watch_;
+    PromptPipeline prompts_;
+    AgentControls controls_;
+    AgentAnswers answers_;
+    Instant promptBlockedUntil_;
+    bool clearAwaitingTranscript_ = false;
+};
+
+}  // namespace orvane
