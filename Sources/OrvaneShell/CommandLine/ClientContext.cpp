@@ -1,6 +1,7 @@
 #include "OrvaneShell/CommandLine/ClientContext.h"
 
 #include <algorithm>
+#include <array>
 #include <boost/json.hpp>
 #include <cerrno>
 #include <filesystem>
@@ -17,6 +18,14 @@ namespace {
 constexpr int attempts = 5;
 
 }  // namespace
+
+std::string ClientContext::allInput() const {
+    std::string input;
+    std::array<char, 4096> bytes;
+    while (const std::size_t count = readInput(bytes))
+        input.append(bytes.data(), count);
+    return input;
+}
 
 int ClientContext::ask(std::string_view verb, boost::json::object arguments,
                        const std::function<void(const JsonValue&)>& print, HostStart start) {

@@ -40,6 +40,9 @@ class ClientContext {
     /// Fills the room from the standard input and gives back how much came: less at its end alone.
     std::function<std::size_t(std::span<char> room)> readInput;
 
+    /// All of the standard input, up to its end.
+    std::string allInput() const;
+
     /// Asks the host and gives its result to `print`. Returns the exit status; a refusal is told in one line.
     int ask(std::string_view verb, boost::json::object arguments, const std::function<void(const JsonValue&)>& print,
             HostStart start = HostStart::never);

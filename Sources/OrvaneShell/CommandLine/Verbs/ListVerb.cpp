@@ -4,6 +4,7 @@
 #include "OrvaneCore/Support/IdPrefix.h"
 #include "OrvaneShell/CommandLine/ClientContext.h"
 #include "OrvaneShell/CommandLine/Columns.h"
+#include "OrvaneShell/CommandLine/Verbs/SessionJson.h"
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
 #include "OrvaneShell/Host/HostContext.h"
 
@@ -32,13 +33,8 @@ void printTable(ClientContext& client, const JsonValue& result) {
                  l10n.text("column.title"), l10n.text("column.folder")});
     for (const JsonValue& row : rows) {
         const JSONObject session(row);
-        std::string status = l10n.text("status." + session.string("status"));
-        if (const auto code = session.optionalInteger("exitCode")) status += " (" + std::to_string(*code) + ")";
-        if (const auto signal = session.optionalInteger("signal"))
-            status += " (" + l10n.text("status.signal", *signal) + ")";
-        if (session.boolean("attention")) status += " !";
-        columns.add({session.string("id").substr(0, length), session.string("kind"), status, session.string("title"),
-                     session.string("cwd")});
+        columns.add({session.string("id").substr(0, length), session.string("kind"), statusText(l10n, session),
+                     session.string("title"), session.string("cwd")});
     }
     client.output << columns.text();
 }
@@ -50,27 +46,10 @@ int run(ClientContext& client, const Arguments& arguments) {
     });
 }
 
-JsonValue describe(const SessionController& session) {
-    boost::json::object row{{"id", session.id().lowerText()},
-                            {"project", session.identity().projectID.lowerText()},
-                            {"kind", rawValue(session.identity().kind)},
-                            {"title", session.title()},
-                            {"status", session.status().name()},
-                            {"cwd", session.identity().projectPath},
-                            {"pid", session.processId()},
-                            {"attention", session.needsAttention()}};
-    if (const auto* failed = std::get_if<SessionStatus::Failed>(&session.status().value)) {
-        const ProcessEnd end = ProcessEnd::decoding(failed->exitCode);
-        if (end.exitCode) row["exitCode"] = *end.exitCode;
-        if (end.signal) row["signal"] = *end.signal;
-    }
-    return row;
-}
-
 Outcome serve(HostContext& host, const JSONObject&) {
     boost::json::array rows;
     for (const auto& session : host.store.sessions())
-        rows.push_back(describe(*session));
+        rows.push_back(sessionJson(*session));
     return JsonValue(std::move(rows));
 }
 

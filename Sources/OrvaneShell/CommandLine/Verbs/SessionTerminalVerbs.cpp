@@ -1,4 +1,3 @@
-#include <array>
 #include <boost/json.hpp>
 #include <charconv>
 #include <ostream>
@@ -38,19 +37,10 @@ Outcome serveScreen(HostContext& host, const JSONObject& arguments) {
     return JsonValue{{"text", screenText(terminal, history)}};
 }
 
-/// All of a program's input, or what was typed.
-std::string inputOf(ClientContext& client) {
-    std::string input;
-    std::array<char, 4096> bytes;
-    while (const std::size_t count = client.readInput(bytes))
-        input.append(bytes.data(), count);
-    return input;
-}
-
 int runType(ClientContext& client, const Arguments& arguments) {
     std::string bytes;
     if (arguments.value("bytes") == "-") {
-        bytes = inputOf(client);
+        bytes = client.allInput();
     } else if (auto parsed = TypedBytes::parse(arguments.value("bytes"))) {
         bytes = *std::move(parsed);
     } else {
@@ -67,12 +57,14 @@ int runType(ClientContext& client, const Arguments& arguments) {
 }
 
 Outcome serveType(HostContext& host, const JSONObject& arguments) {
-    const auto headless = Selection::terminal(host, arguments.string("session"));
-    if (!headless) return headless.error();
+    const auto session = Selection::session(host, arguments.string("session"));
+    if (!session) return session.error();
+    const HeadlessTerminal* headless = (*session)->terminal();
+    if (headless == nullptr) return Refusal{.message = host.l10n.text("error.noTerminal", (*session)->title())};
     const auto bytes = TypedBytes::parse(arguments.string("bytes"));
     if (!bytes) return Refusal{.code = "usage", .message = host.l10n.text("usage.badBytes", bytes.error())};
-    if (!(*headless)->process.running()) return Refusal{.message = host.l10n.text("error.hasEnded")};
-    (*headless)->process.send(*bytes);
+    if (!headless->process.running()) return Refusal{.message = host.l10n.text("error.hasEnded")};
+    (*session)->type(*bytes);
     return JsonValue();
 }
 
