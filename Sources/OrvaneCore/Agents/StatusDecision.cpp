@@ -91,27 +91,23 @@ std::optional<SessionStatus> statusOf(SilenceVerdict verdict) {
     return std::nullopt;
 }
 
+/// What a silence means of an agent whose screen matches none of its patterns. They tell of no end of work: a composer
+/// on the screen does. Without any pattern the silence itself has to do.
+StatusDecision decideQuietCustom(const StatusLook& look) {
+    const bool isAtWork = previousVerdict(look.status) == SilenceVerdict::working;
+    if (!isAtWork || look.silence <= StatusDecision::silenceThreshold) return {.source = StatusSource::patterns};
+    if (look.screen.composerVisible) return {.status = {{SessionStatus::Idle{}}}, .source = StatusSource::screen};
+    if (!look.patterns.hasPatterns) return {.status = {{SessionStatus::Ready{}}}, .source = StatusSource::output};
+    return {.source = StatusSource::patterns};
+}
+
 StatusDecision decideCustom(const StatusLook& look) {
+    if (!look.patterns.waitingMatched && !look.patterns.busyMatched) return decideQuietCustom(look);
     const CustomAgentVerdict previous = isWaiting(look) ? CustomAgentVerdict::waiting : CustomAgentVerdict::ready;
-    StatusDecision decision{.source = StatusSource::patterns};
-    if (!look.patterns.waitingMatched && !look.patterns.busyMatched) {
-        // Patterns tell no end of work; a composer on a screen that has gone quiet does.
-        const bool isQuiet = look.silence > StatusDecision::silenceThreshold && look.screen.composerVisible;
-        const bool isOver = isQuiet && previousVerdict(look.status) == SilenceVerdict::working;
-        if (isOver) decision = {.status = {{SessionStatus::Idle{}}}, .source = StatusSource::screen};
-        return decision;
-    }
-    switch (AgentStatusRule::reconciledCustomVerdict(look.patterns, previous)) {
-        case CustomAgentVerdict::waiting:
-            decision.status = {SessionStatus::Waiting{}};
-            break;
-        case CustomAgentVerdict::working:
-            decision.status = {SessionStatus::Working{}};
-            break;
-        case CustomAgentVerdict::ready:
-            break;
-    }
-    return decision;
+    const CustomAgentVerdict verdict = AgentStatusRule::reconciledCustomVerdict(look.patterns, previous);
+    const bool waits = verdict == CustomAgentVerdict::waiting;
+    return {.status = waits ? SessionStatus{SessionStatus::Waiting{}} : SessionStatus{SessionStatus::Working{}},
+            .source = StatusSource::patterns};
 }
 
 /// A banner, or a spinner while it starts, does not make a new session working or idle.
