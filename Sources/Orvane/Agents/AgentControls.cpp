@@ -68,8 +68,8 @@ std::expected<void, ControlRefusal> AgentControls::setModel(const std::string& m
     if (kind_ == SessionKind::gemini) done = typeCommand("/model set " + model);
     if (kind_ == SessionKind::codex) done = pickCodex(model, settings_.effortLevel.value_or("medium"));
     if (!done) return done;
-    settings_.modelName = model;
-    modelSwitchedAt_ = loop_.now();
+    noteSwitchedModel(model);
+    requestedModel_ = model;
     return done;
 }
 
@@ -95,9 +95,18 @@ std::expected<void, ControlRefusal> AgentControls::setPermissionMode(const std::
     return {};
 }
 
-void AgentControls::noteModel(const std::string& model) {
-    if (modelSwitchedAt_ && loop_.now() - *modelSwitchedAt_ < switchProtection) return;
+void AgentControls::noteSwitchedModel(const std::string& model) {
+    if (!hasJustSwitched()) requestedModel_.reset();
     settings_.modelName = model;
+    modelSwitchedAt_ = loop_.now();
+}
+
+bool AgentControls::hasJustSwitched() const {
+    return modelSwitchedAt_ && loop_.now() - *modelSwitchedAt_ < switchProtection;
+}
+
+void AgentControls::noteModel(const std::string& model) {
+    if (!hasJustSwitched()) settings_.modelName = model;
 }
 
 void AgentControls::stop() {

@@ -43,6 +43,8 @@ class AgentControls {
                   std::function<void()> blockPrompts);
 
     const Settings& settings() const { return settings_; }
+    /// By its name, or by the alias that it was last switched with ("opus").
+    bool runsModel(const std::string& model) const { return settings_.modelName == model || requestedModel_ == model; }
     /// What the agent's own settings and its command line say it starts with.
     void readDefaults(const std::string& home, const std::string& project, const std::string& command);
 
@@ -50,11 +52,14 @@ class AgentControls {
     std::expected<void, ControlRefusal> setEffort(const std::string& effort);
     std::expected<void, ControlRefusal> setPermissionMode(const std::string& mode);
 
-    /// What the agent or its transcript says of its model; not heard for a while after a switch.
+    /// The agent says that its user has switched to this model.
+    void noteSwitchedModel(const std::string& model);
+    /// What its transcript says of its model; not heard for a while after a switch.
     void noteModel(const std::string& model);
     void stop();
 
  private:
+    bool hasJustSwitched() const;
     std::expected<void, ControlRefusal> typeCommand(const std::string& command);
     std::expected<void, ControlRefusal> pickCodex(const std::string& model, const std::string& effort);
     void typeDigits(std::vector<int> digits);
@@ -69,6 +74,7 @@ class AgentControls {
     std::optional<CodexPicker::Catalog> codexCatalog_;
     PermissionCycle::Bypass bypass_ = PermissionCycle::Bypass::excluded;
     std::optional<Instant> modelSwitchedAt_;
+    std::optional<std::string> requestedModel_;
     Registration commandTimer_;
     Registration draftTimer_;
     Registration pickerTimer_;

@@ -3,6 +3,7 @@
 #include "Orvane/Agents/SessionController.h"
 #include "OrvaneCore/Agents/AgentCommand.h"
 #include "OrvaneCore/Agents/PromptTyping.h"
+#include "OrvaneCore/Agents/Signals/ClaudeModelSwitch.h"
 #include "OrvaneCore/Support/Text.h"
 
 namespace orvane {
@@ -11,6 +12,9 @@ namespace {
 
 constexpr Duration promptBlock = std::chrono::seconds(1);
 constexpr std::string_view escape = "\x1b";
+/// Cheap to look for in everything that is written.
+constexpr std::string_view modelMarker = "et model to ";
+constexpr std::size_t modelRows = 60;
 constexpr std::string_view controlC = "\x03";
 
 }  // namespace
@@ -44,6 +48,20 @@ void TerminalAgent::stop() {
 void TerminalAgent::noteExit() {
     stop();
     prompts_.fail();
+}
+
+void TerminalAgent::noteOutput(std::string_view bytes) {
+    terminal_.noteOutput(bytes);
+    if (session_.identity().kind == SessionKind::claude && bytes.contains(modelMarker)) readModel();
+}
+
+/// Claude says so when its user has switched the model; its transcript tells it with the next answer only.
+void TerminalAgent::readModel() {
+    const auto label = ClaudeModelSwitch::detectInTerminalText(terminal_.lastRows(modelRows));
+    const auto model = label ? ClaudeModelSwitch::identifier(*label) : std::nullopt;
+    if (!model) return;
+    controls_.noteSwitchedModel(*model);
+    session_.noteChange();
 }
 
 void TerminalAgent::type(std::string_view bytes) {
@@ -101,7 +119,7 @@ void TerminalAgent::blockPrompts() {
 }
 
 bool TerminalAgent::runsModel(const std::string& model) const {
-    return !hasAgentTranscript(session_.identity().kind) || controls_.settings().modelName == model;
+    return !hasAgentTranscript(session_.identity().kind) || controls_.runsModel(model);
 }
 
 void TerminalAgent::switchModel(const std::string& model) {

@@ -38,7 +38,7 @@ class TerminalAgent final : private PromptTarget {
     /// The session is told to end: nothing is typed or decided any more.
     void stop();
     void noteExit();
-    void noteOutput(std::string_view bytes) { terminal_.noteOutput(bytes); }
+    void noteOutput(std::string_view bytes);
     void noteTitle() { watch_.noteTitle(); }
 
     /// Bytes that a user typed.
@@ -74,6 +74,7 @@ class TerminalAgent final : private PromptTarget {
     enum class ClearTranscript { awaited, known };
     void noteInput(std::string_view bytes);
     void noteClear(ClearTranscript transcript);
+    void readModel();
     bool isWorking() const;
     bool isSettled() const;
 

@@ -37,7 +37,7 @@ bool isAt(const SessionController& session, std::string_view goal) {
 }
 
 int run(ClientContext& client, const Arguments& arguments) {
-    const std::string goal = arguments.value("until");
+    const std::string goal = arguments.values.contains("until") ? arguments.value("until") : std::string("idle");
     if (std::ranges::find(goals, goal) == goals.end()) {
         client.errors << client.l10n.text("usage.notAGoal", goal, goalNames()) << '\n';
         return CommandStatus::wrongUsage;
