@@ -43,8 +43,11 @@ AgentStatusWatch::AgentStatusWatch(SessionController& session, AgentTerminal& te
     }
 }
 
-void AgentStatusWatch::start() {
-    timer_ = loop_.every(interval, tolerance, [this] { tick(); });
+void AgentStatusWatch::start(std::function<void()> onLook) {
+    timer_ = loop_.every(interval, tolerance, [this, onLook = std::move(onLook)] {
+        tick();
+        onLook();
+    });
 }
 
 void AgentStatusWatch::stop() {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,7 +26,8 @@ class AgentStatusWatch {
     /// All must outlive it. `home` is the user's home folder.
     AgentStatusWatch(SessionController& session, AgentTerminal& terminal, MainLoop& loop, const std::string& home);
 
-    void start();
+    /// `onLook` runs after every look of the timer.
+    void start(std::function<void()> onLook);
     void stop();
 
     /// The words of this file count from now on.

@@ -33,7 +33,7 @@ TerminalAgent::TerminalAgent(SessionController& session, const Surroundings& sur
       promptBlockedUntil_(loop_.now()) {}
 
 void TerminalAgent::start() {
-    watch_.start();
+    watch_.start([this] { prompts_.review(); });
     const SessionController::Identity& identity = session_.identity();
     controls_.readDefaults(home_, identity.projectPath, identity.command.value_or(""));
 }
