@@ -96,7 +96,12 @@ void TerminalAgent::noteClear(ClearTranscript transcript) {
 PromptObstacle TerminalAgent::obstacle() {
     if (isWorking()) return PromptObstacle::working;
     const bool isWaiting = std::holds_alternative<SessionStatus::Waiting>(session_.status().value);
-    if (isWaiting || watch_.isDialogUp()) return PromptObstacle::dialog;
+    if (isWaiting || watch_.isDialogUp()) {
+        // A new session that asks something first (may it trust the folder?) keeps a prompt waiting: a person has to
+        // learn of it.
+        watch_.noteInteraction();
+        return PromptObstacle::dialog;
+    }
     const AgentScreenReading& reading = terminal_.reading();
     if (reading.draft && !Text::trimmed(*reading.draft).empty()) return PromptObstacle::draft;
     if (!reading.draft && !isSettled()) return PromptObstacle::starting;
