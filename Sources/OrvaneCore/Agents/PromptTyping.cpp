@@ -18,19 +18,39 @@ constexpr double shortestDelay = 0.08;
 /// Bytes; of less it cannot be told whose they are.
 constexpr std::size_t shortestPart = 12;
 
+/// A key of its own rather than text: it would interrupt, delete, or end a paste.
+bool isKey(char byte) {
+    const auto code = static_cast<unsigned char>(byte);
+    return (code < ' ' && byte != '\n' && byte != '\r' && byte != '\t') || code == 0x7f;
+}
+
 /// A program reads on as keys what stands behind an escape character, also inside a paste.
-std::string withoutEscapes(std::string_view text) {
+std::string withoutKeys(std::string_view text) {
     std::string clean;
     clean.reserve(text.size());
     for (std::size_t at = 0; at < text.size(); ++at) {
         const std::string_view rest = text.substr(at);
         if (rest.starts_with(pasteStart) || rest.starts_with(pasteEnd)) {
             at += pasteEnd.size() - 1;
-        } else if (text[at] != '\x1b') {
+        } else if (!isKey(text[at])) {
             clean += text[at];
         }
     }
     return clean;
+}
+
+/// Without paste marks a carriage return is the key that sends.
+std::string withLineFeeds(std::string_view text) {
+    std::string lines;
+    lines.reserve(text.size());
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] != '\r') {
+            lines += text[at];
+        } else if (!text.substr(at).starts_with("\r\n")) {
+            lines += '\n';
+        }
+    }
+    return lines;
 }
 
 /// A composer breaks lines where it likes.
@@ -48,8 +68,8 @@ bool standsForPaste(std::string_view draft) {
 }  // namespace
 
 std::string bytes(std::string_view prompt, Marks marks) {
-    std::string text = withoutEscapes(prompt);
-    if (marks == Marks::none) return text;
+    const std::string text = withoutKeys(prompt);
+    if (marks == Marks::none) return withLineFeeds(text);
     return std::string(pasteStart) + text + std::string(pasteEnd);
 }
 

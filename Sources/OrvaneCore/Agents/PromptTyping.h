@@ -12,7 +12,8 @@ namespace orvane::PromptTyping {
 enum class Marks { paste, none };
 
 /// The bytes for a prompt, between the marks of a bracketed paste, so that its line breaks do not send it line by line.
-/// What would end the paste early is left out.
+/// What would end the paste early, and other characters that are keys, is left out; without marks line breaks are line
+/// feeds.
 std::string bytes(std::string_view prompt, Marks marks);
 
 /// How long the agent is given to take the bytes in before Return is pressed.
