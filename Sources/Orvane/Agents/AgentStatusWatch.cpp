@@ -9,6 +9,7 @@
 #include "OrvaneCore/Agents/Signals/AgentTitle.h"
 #include "OrvaneCore/Agents/Signals/ClaudeHookFeed.h"
 #include "OrvaneCore/Agents/Signals/PromptSubmission.h"
+#include "OrvaneCore/Agents/Signals/TerminalOutputScanner.h"
 #include "OrvaneCore/Support/Text.h"
 
 namespace orvane {
@@ -19,6 +20,11 @@ namespace {
 constexpr std::size_t patternRows = 20;
 /// What is typed may be on its way to the screen for so long.
 constexpr Duration echoTime = std::chrono::seconds(1);
+constexpr std::string_view deleteBackward = "\x7f";
+/// Bytes of one input that are remembered until they are seen.
+constexpr std::size_t typedLimit = 256;
+/// Claude Code takes the sign of work from its title up to 0.7 s before it draws a question.
+constexpr Duration claudeTitleLead = std::chrono::seconds(1);
 
 std::vector<Regex> compiled(const std::vector<std::string>& patterns) {
     std::vector<Regex> matchers;
@@ -36,7 +42,7 @@ bool anyMatches(const std::vector<Regex>& matchers, const std::string& text) {
 
 AgentStatusWatch::AgentStatusWatch(SessionController& session, AgentTerminal& terminal, MainLoop& loop,
                                    const std::string& home)
-    : session_(session), terminal_(terminal), loop_(loop), sessionFile_(home) {
+    : session_(session), terminal_(terminal), loop_(loop), sessionFile_(home), ownDialogUntil_(loop.now()) {
     if (const auto& spec = session.identity().agentSpec) {
         busyMatchers_ = compiled(spec->busyPatterns);
         waitingMatchers_ = compiled(spec->waitingPatterns);
@@ -52,13 +58,13 @@ void AgentStatusWatch::start(std::function<void()> onLook) {
 
 void AgentStatusWatch::stop() {
     timer_.reset();
+    titleTimer_.reset();
     hookFeed_.reset();
 }
 
 void AgentStatusWatch::noteInput(std::string_view bytes) {
-    const auto draft = draftBefore(bytes);
-    const bool submits = bytes.empty() || PromptSubmission::submits(bytes, draft);
-    lastRealInputAt_ = loop_.now();
+    const bool submits = bytes.empty() || PromptSubmission::submits(bytes, draft());
+    noteTyped(bytes);
     if (submits && !std::holds_alternative<SessionStatus::Working>(session_.status().value)) {
         agentPhase_ = AgentPhase::running;
     }
@@ -70,31 +76,47 @@ void AgentStatusWatch::noteInput(std::string_view bytes) {
 
 void AgentStatusWatch::noteAnswer() {
     lastAnsweringInputAt_ = wallNow();
+    statusFile_ = SilenceVerdict::unknown;  // it does not know of the answer yet
     if (hookPhase_ == AgentPhase::awaitingApproval) hookPhase_ = AgentPhase::running;
-    if (!std::holds_alternative<SessionStatus::Waiting>(session_.status().value)) return;
+    if (!isWaiting()) {
+        // An answer can be faster than the look that finds its dialog.
+        lookForDialog();
+        if (!dialogOnScreen_) return;
+    }
     session_.approval().answer(wallNow());
     dialogOnScreen_ = false;
     agentPhase_ = AgentPhase::running;
     session_.setStatus({SessionStatus::Working{}}, StatusSource::input);
 }
 
-/// The composer as the next key meets it. A Return that follows a word at once is faster than the word's echo.
-std::optional<std::string> AgentStatusWatch::draftBefore(std::string_view bytes) {
+std::optional<std::string> AgentStatusWatch::draft() {
     std::optional<std::string> draft = terminal_.reading().draft;
     const bool mayBeOnItsWay = lastRealInputAt_ && loop_.now() - *lastRealInputAt_ < echoTime;
-    if (draft && Text::trimmed(*draft).empty() && mayBeOnItsWay) draft = typedSinceReturn_;
-    const bool isText = !bytes.empty() && static_cast<unsigned char>(bytes.front()) >= ' ';
-    if (!isText) {
-        typedSinceReturn_.clear();
-    } else {
-        typedSinceReturn_ += bytes.substr(0, 256);
-    }
+    if (draft && mayBeOnItsWay && typedSinceReturn_.starts_with(Text::trimmed(*draft))) draft = typedSinceReturn_;
     return draft;
+}
+
+void AgentStatusWatch::noteTyped(std::string_view bytes) {
+    lastRealInputAt_ = loop_.now();
+    if (const std::size_t end = bytes.find_last_of("\r\n"); end != std::string_view::npos) {
+        typedSinceReturn_.clear();
+        bytes.remove_prefix(end + 1);
+        if (bytes.empty()) return;
+    }
+    if (bytes == deleteBackward) {
+        const std::size_t count = Text::characterCount(typedSinceReturn_);
+        typedSinceReturn_ = Text::prefix(typedSinceReturn_, count - std::min<std::size_t>(count, 1));
+        return;
+    }
+    const std::string text = TerminalOutputScanner::textOf(bytes.substr(0, typedLimit));
+    // Of what other keys do to the text only the screen tells.
+    text.empty() ? typedSinceReturn_.clear() : void(typedSinceReturn_ += text);
 }
 
 void AgentStatusWatch::noteTitle() {
     readTitle();
     if (!hasNews_) return;
+    if (session_.identity().kind == SessionKind::claude) readStatusFile();
     lookForDialog();
     decide();
 }
@@ -146,8 +168,24 @@ void AgentStatusWatch::readTitle() {
     const bool isGemini = session_.identity().kind == SessionKind::gemini;
     if (!titleTells_ && !isGemini) verdict = SilenceVerdict::unknown;
     if (titleTells_ && verdict == SilenceVerdict::unknown) verdict = SilenceVerdict::finished;
+    verdict = settled(verdict);
     if (std::exchange(title_, verdict) != verdict && verdict != SilenceVerdict::unknown) hasNews_ = true;
     noteTold();
+}
+
+/// A title of Claude that no longer tells of work is believed when no question has followed it.
+SilenceVerdict AgentStatusWatch::settled(SilenceVerdict titleVerdict) {
+    const bool endsWork = titleVerdict == SilenceVerdict::finished && title_ == SilenceVerdict::working;
+    if (!endsWork || session_.identity().kind != SessionKind::claude) {
+        titleEndsWorkAt_.reset();
+        titleTimer_.reset();
+        return titleVerdict;
+    }
+    if (!titleEndsWorkAt_) {
+        titleEndsWorkAt_ = loop_.now() + claudeTitleLead;
+        titleTimer_ = loop_.after(claudeTitleLead, [this] { noteTitle(); });
+    }
+    return loop_.now() < *titleEndsWorkAt_ ? SilenceVerdict::working : titleVerdict;
 }
 
 void AgentStatusWatch::noteTold() {
@@ -161,6 +199,7 @@ void AgentStatusWatch::noteTold() {
 
 void AgentStatusWatch::lookForDialog() {
     dialogOnScreen_ = false;
+    if (loop_.now() < ownDialogUntil_) return;
     const bool isTold = title_ == SilenceVerdict::needsUser || statusFile_ == SilenceVerdict::needsUser;
     if (session_.identity().kind == SessionKind::custom || (!userHasInteracted_ && !isTold)) return;
     const AgentScreenReading& reading = terminal_.reading();
@@ -215,6 +254,10 @@ AgentStatusRule::PatternEvidence AgentStatusWatch::matchPatterns() {
     return {.hasPatterns = true,
             .waitingMatched = anyMatches(waitingMatchers_, rows),
             .busyMatched = anyMatches(busyMatchers_, rows)};
+}
+
+bool AgentStatusWatch::isWaiting() const {
+    return std::holds_alternative<SessionStatus::Waiting>(session_.status().value);
 }
 
 Date AgentStatusWatch::wallNow() const {

@@ -48,6 +48,11 @@ class AgentStatusWatch {
     /// Looks now, as every interval.
     void tick();
 
+    /// The composer as the next key meets it: what was typed a moment ago counts before the screen shows it.
+    std::optional<std::string> draft();
+    /// A dialog that comes up until then belongs to a command of ours, which answers it itself.
+    void noteOwnDialog(Instant until) { ownDialogUntil_ = until; }
+
     bool userHasInteracted() const { return userHasInteracted_; }
     /// Whether anything but what was typed says so at this moment.
     bool isProvenWorking();
@@ -60,12 +65,14 @@ class AgentStatusWatch {
     void readHooks();
     void readStatusFile();
     void readTitle();
+    SilenceVerdict settled(SilenceVerdict titleVerdict);
     void lookForDialog();
     void noteTold();
     void decide();
     StatusLook look();
     AgentStatusRule::PatternEvidence matchPatterns();
-    std::optional<std::string> draftBefore(std::string_view bytes);
+    void noteTyped(std::string_view bytes);
+    bool isWaiting() const;
     Date wallNow() const;
 
     SessionController& session_;
@@ -91,10 +98,13 @@ class AgentStatusWatch {
     SilenceVerdict statusFile_ = SilenceVerdict::unknown;
     SilenceVerdict title_ = SilenceVerdict::unknown;
     bool titleTells_ = false;  ///< this agent has shown by its title that it works
+    std::optional<Instant> titleEndsWorkAt_;
+    Registration titleTimer_;
     bool hasNews_ = false;
     std::optional<Instant> toldWorkingSince_;
 
     bool dialogOnScreen_ = false;
+    Instant ownDialogUntil_;
     int waitingEvidenceMisses_ = 0;
 };
 

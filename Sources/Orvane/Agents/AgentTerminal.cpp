@@ -51,7 +51,8 @@ bool AgentTerminal::takesPastes() const {
 }
 
 void AgentTerminal::write(std::string_view bytes) {
-    if (HeadlessTerminal* headless = terminal()) headless->send(bytes);
+    HeadlessTerminal* headless = terminal();
+    if (headless != nullptr && !session_.hasExited()) headless->send(bytes);
 }
 
 HeadlessTerminal* AgentTerminal::terminal() const {

@@ -25,7 +25,12 @@ std::uint64_t PromptPipeline::send(std::string text, std::optional<std::string> 
     prompts_.push_back({.number = ++lastNumber_, .text = std::move(text), .model = std::move(model)});
     const std::uint64_t number = lastNumber_;
     target_.logLine(isFirst ? "queued" : "backlogged");
-    if (isFirst) takeNext();
+    if (hasStopped_) {
+        fail();
+        target_.promptFailed();
+    } else if (isFirst) {
+        takeNext();
+    }
     target_.promptsChanged();
     return number;
 }
@@ -43,6 +48,7 @@ void PromptPipeline::stop() {
     returnTimer_.reset();
     typing_ = 0;
     obstacle_ = PromptObstacle::none;
+    hasStopped_ = true;
 }
 
 const PromptPipeline::Prompt* PromptPipeline::prompt(std::uint64_t number) const {
@@ -111,6 +117,7 @@ void PromptPipeline::deliver(Prompt& prompt) {
     prompt.state = PromptState::delivering;
     typing_ = prompt.number;
     returns_ = 0;
+    isHeldByDialog_ = false;
     target_.blockPrompts();
     target_.noteDelivery();
     using PromptTyping::Marks;
@@ -123,8 +130,12 @@ void PromptPipeline::pressReturn() {
     if (typed == prompts_.end()) return;
     if (target_.isDialogUp()) {
         // It would answer a question that came up between the paste and now.
+        isHeldByDialog_ = true;
         returnTimer_ = loop_.after(readinessInterval, [this] { pressReturn(); });
         return;
+    }
+    if (std::exchange(isHeldByDialog_, false) && hasLost(typed->text)) {
+        return settle(returns_ > 0 ? PromptState::delivered : PromptState::failed);
     }
     const bool clears = returns_ == 0 && AgentCommand::clearsContext(typed->text);
     ++returns_;
@@ -147,6 +158,12 @@ void PromptPipeline::checkReturn() {
     pressReturn();
 }
 
+/// Whether the composer is in sight and shows something else, or nothing: a dialog has swallowed the paste, or somebody
+/// has sent it or taken it away. A Return would send what is not ours.
+bool PromptPipeline::hasLost(const std::string& text) {
+    return target_.draft().has_value() && !composerShows(text);
+}
+
 bool PromptPipeline::composerShows(const std::string& text) {
     const auto draft = target_.draft();
     return draft && PromptTyping::isShown(*draft, text);
@@ -161,6 +178,7 @@ void PromptPipeline::settle(PromptState state) {
     } else {
         typed->state = state;
     }
+    if (state == PromptState::failed) target_.promptFailed();
     target_.promptsChanged();
 }
 

@@ -40,7 +40,7 @@ class PromptPipeline {
     std::uint64_t send(std::string text, std::optional<std::string> model);
     /// The program has ended: what was not delivered has failed.
     void fail();
-    /// No prompt is typed any more, and none fails.
+    /// No prompt is typed any more, and those that come from now on fail.
     void stop();
     /// Forgets prompts that stood in the composer and do so no longer: somebody has sent them on or taken them away.
     void review();
@@ -65,6 +65,7 @@ class PromptPipeline {
     void pressReturn();
     void checkReturn();
     bool composerShows(const std::string& text);
+    bool hasLost(const std::string& text);
     void settle(PromptState state);
     void giveUp();
     void forgetOldFailures();
@@ -80,7 +81,9 @@ class PromptPipeline {
 
     std::uint64_t typing_ = 0;  ///< number of the prompt that has been pasted and waits for its Return to work
     int returns_ = 0;           ///< pressed for it
+    bool isHeldByDialog_ = false;
     Registration returnTimer_;
+    bool hasStopped_ = false;
 };
 
 }  // namespace orvane

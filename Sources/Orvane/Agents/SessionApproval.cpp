@@ -38,6 +38,7 @@ bool SessionApproval::ask(const ApprovalPolicy::Request& request, Date now) {
         approvalAskedAt = now;
     }
     pendingRequest = request;
+    approvalAnswered = false;
     return true;
 }
 

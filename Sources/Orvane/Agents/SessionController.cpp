@@ -85,7 +85,7 @@ void SessionController::noteFocus() {
 }
 
 void SessionController::setStatus(const SessionStatus& status, StatusSource source) {
-    if (status == status_) return;
+    if (status == status_ || (hasExited_ && source != StatusSource::exit)) return;
     const bool wasWaiting = isWaiting(status_);
     const Date now = dateOf(surroundings_.loop.wallTime());
     status_ = status;
@@ -98,6 +98,7 @@ void SessionController::setStatus(const SessionStatus& status, StatusSource sour
 }
 
 void SessionController::type(std::string_view bytes) {
+    if (hasExited_) return;
     if (agent_ != nullptr) return agent_->type(bytes);
     if (HeadlessTerminal* headless = terminal()) headless->send(bytes);
 }

@@ -81,7 +81,7 @@ void TerminalAgent::interrupt() {
 }
 
 void TerminalAgent::noteInput(std::string_view bytes) {
-    const bool clears = !bytes.empty() && PromptTyping::completesClear(terminal_.reading().draft, bytes);
+    const bool clears = !bytes.empty() && PromptTyping::completesClear(watch_.draft(), bytes);
     if (clears) return noteClear(ClearTranscript::awaited);
     clearAwaitingTranscript_ = false;
     watch_.noteInput(bytes);
@@ -102,9 +102,9 @@ PromptObstacle TerminalAgent::obstacle() {
         watch_.noteInteraction();
         return PromptObstacle::dialog;
     }
-    const AgentScreenReading& reading = terminal_.reading();
-    if (reading.draft && !Text::trimmed(*reading.draft).empty()) return PromptObstacle::draft;
-    if (!reading.draft && !isSettled()) return PromptObstacle::starting;
+    const auto draft = watch_.draft();
+    if (draft && !Text::trimmed(*draft).empty()) return PromptObstacle::draft;
+    if (!draft && !isSettled()) return PromptObstacle::starting;
     return loop_.now() < promptBlockedUntil_ ? PromptObstacle::settling : PromptObstacle::none;
 }
 
