@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Orvane/Support/WallClock.h"
+#include "OrvaneCore/Agents/PromptTyping.h"
 #include "OrvaneCore/Chat/ApprovalPolicy.h"
 #include "OrvaneCore/Support/Text.h"
 
@@ -42,19 +43,20 @@ std::expected<void, AnswerRefusal> AgentAnswers::approve() {
     const bool isFirst = reading.selectedChoice == 0 || reading.options.empty() ||
                          reading.selectedChoice == reading.options.front().number;
     if (!isFirst) return std::unexpected(AnswerRefusal::anotherSelected);
-    type(*ApprovalPolicy::keystrokes(ApprovalPolicy::Decision::approve));
+    type(*ApprovalPolicy::keystrokes(ApprovalPolicy::Decision::approve), Keeps::selection);
     return {};
 }
 
 std::expected<void, AnswerRefusal> AgentAnswers::deny() {
     if (!terminal_.reading().dialogUp) return std::unexpected(AnswerRefusal::nothingAsked);
-    type(*ApprovalPolicy::keystrokes(ApprovalPolicy::Decision::deny));
+    type(*ApprovalPolicy::keystrokes(ApprovalPolicy::Decision::deny), Keeps::question);
     return {};
 }
 
 std::expected<void, AnswerRefusal> AgentAnswers::answer(const std::string& text) {
     const AgentScreenReading& reading = terminal_.reading();
     if (!reading.dialogUp) return std::unexpected(AnswerRefusal::nothingAsked);
+    if (reading.takesSeveral) return std::unexpected(AnswerRefusal::notByKey);
     if (const auto number = numberOf(text)) return choose(*number);
     const PrintedOption* named = find(reading.options, [&](const PrintedOption& each) {
         return each.number > 0 && Text::equalsIgnoringCase(each.label, std::string(Text::trimmed(text)));
@@ -69,13 +71,14 @@ std::expected<void, AnswerRefusal> AgentAnswers::choose(int number) {
     const auto keys =
         ApprovalPolicy::keystrokes(ApprovalPolicy::Response{ApprovalPolicy::Response::Option{number - 1}});
     if (!keys) return std::unexpected(AnswerRefusal::notByKey);
-    type(*keys);
+    type(*keys, Keeps::question);
     return {};
 }
 
 std::expected<void, AnswerRefusal> AgentAnswers::say(const std::string& text) {
     const AgentScreenReading& reading = terminal_.reading();
-    const auto keys = ApprovalPolicy::keystrokes(ApprovalPolicy::Response{ApprovalPolicy::Response::Text{text}});
+    const std::string line = Text::oneLine(PromptTyping::bytes(text, PromptTyping::Marks::none));
+    const auto keys = ApprovalPolicy::keystrokes(ApprovalPolicy::Response{ApprovalPolicy::Response::Text{line}});
     if (!keys) return std::unexpected(AnswerRefusal::noSuchOption);
     const std::string words = keys->substr(0, keys->size() - 1);
     const auto sendWords = [this, words] {
@@ -84,19 +87,19 @@ std::expected<void, AnswerRefusal> AgentAnswers::say(const std::string& text) {
     };
     const bool isField = reading.request && reading.request->kind == ApprovalPolicy::Request::Kind::freeform;
     if (isField) {
-        type({}, sendWords);
+        type({}, Keeps::question, sendWords);
         return {};
     }
     const PrintedOption* field =
         find(reading.options, [](const PrintedOption& each) { return each.freeText && each.number > 0; });
     if (field == nullptr || field->number > 9) return std::unexpected(AnswerRefusal::noSuchOption);
-    type(std::to_string(field->number),
+    type(std::to_string(field->number), Keeps::question,
          [this, sendWords] { timer_ = loop_.after(betweenKeys, [sendWords] { sendWords(); }); });
     return {};
 }
 
-/// Now, or as soon as the agent takes keys.
-void AgentAnswers::type(std::string keys, std::function<void()> then) {
+void AgentAnswers::type(std::string keys, Keeps keeps, std::function<void()> then) {
+    const AgentScreenReading asked = terminal_.reading();
     noteAnswer_();
     const auto write = [this, keys = std::move(keys), then = std::move(then)] {
         if (!keys.empty()) terminal_.write(keys);
@@ -104,7 +107,15 @@ void AgentAnswers::type(std::string keys, std::function<void()> then) {
     };
     const Duration wait = untilReady();
     if (wait <= Duration::zero()) return write();
-    timer_ = loop_.after(wait, write);
+    timer_ = loop_.after(wait, [this, asked, keeps, write] {
+        if (isSame(asked, keeps)) write();
+    });
+}
+
+bool AgentAnswers::isSame(const AgentScreenReading& asked, Keeps keeps) {
+    const AgentScreenReading& now = terminal_.reading();
+    if (!now.dialogUp || now.question != asked.question) return false;
+    return keeps == Keeps::question || now.selectedChoice == asked.selectedChoice;
 }
 
 Duration AgentAnswers::untilReady() const {

@@ -32,7 +32,10 @@ class AgentAnswers {
  private:
     std::expected<void, AnswerRefusal> choose(int number);
     std::expected<void, AnswerRefusal> say(const std::string& text);
-    void type(std::string keys, std::function<void()> then = {});
+    enum class Keeps { question, selection };
+    /// Types as soon as the agent takes keys, when it still asks the same then.
+    void type(std::string keys, Keeps keeps, std::function<void()> then = {});
+    bool isSame(const AgentScreenReading& asked, Keeps keeps);
     Duration untilReady() const;
 
     AgentTerminal& terminal_;

@@ -5,6 +5,7 @@
 
 #include "Orvane/Agents/AgentConfigService.h"
 #include "OrvaneCore/Agents/AgentCommand.h"
+#include "OrvaneCore/Support/Regex.h"
 #include "OrvaneCore/Support/Text.h"
 #include "Platform/Files.h"
 
@@ -23,9 +24,19 @@ constexpr std::size_t catalogLimit = std::size_t{4} << 20;
 
 /// A Return in one read with its word is taken for a part of a paste by some agents.
 constexpr Duration returnDelay = 120ms;
-constexpr Duration draftDelay = 800ms;
+/// Behind the Return of a command before.
+constexpr Duration commandDelay = 600ms;
+constexpr Duration draftDelay = 700ms;
 /// An agent that draws a list takes its digits once it is drawn.
 constexpr Duration pickerDelay = 700ms;
+constexpr Duration lookDelay = 200ms;
+constexpr int maximumLooks = 25;  ///< 5 s
+
+/// "[Pasted text #1 +20 lines]", "[Image #1]": typed again it would be these words alone.
+bool standsForMore(const std::string& draft) {
+    static const Regex mark = Regex::compile(R"(\[(?:pasted|image)\b[^\]]*\])", {.ignoresCase = true}).value();
+    return mark.matches(draft);
+}
 
 }  // namespace
 
@@ -86,7 +97,10 @@ std::expected<void, ControlRefusal> AgentControls::setPermissionMode(const std::
     const std::vector<std::string> modes = PermissionCycle::modes(bypass_);
     if (std::ranges::find(modes, mode) == modes.end()) return std::unexpected(ControlRefusal::unknown);
     if (obstacle_() == PromptObstacle::dialog) return std::unexpected(ControlRefusal::busy);
-    const int steps = PermissionCycle::steps(settings_.permissionMode.value_or("default"), mode, bypass_);
+    const std::string current = settings_.permissionMode.value_or("default");
+    const int steps = PermissionCycle::steps(current, mode, bypass_);
+    // From a mode outside of the cycle nobody knows the way.
+    if (steps == 0 && current != mode) return std::unexpected(ControlRefusal::unknown);
     std::string keys;
     for (int step = 0; step < steps; ++step)
         keys += nextPermissionMode;
@@ -110,57 +124,93 @@ void AgentControls::noteModel(const std::string& model) {
 }
 
 void AgentControls::stop() {
-    commandTimer_.reset();
-    draftTimer_.reset();
-    pickerTimer_.reset();
+    timer_.reset();
+    steps_.clear();
+    displacedDraft_.clear();
 }
 
-std::expected<void, ControlRefusal> AgentControls::typeCommand(const std::string& command) {
+std::expected<void, ControlRefusal> AgentControls::typeCommand(const std::string& command,
+                                                               const std::vector<int>& digits) {
+    const bool isFirst = steps_.empty();
+    if (isTyping()) {
+        steps_.push_back({.wait = commandDelay, .place = Place::composer, .keys = command});
+    } else {
+        const auto keys = displaceDraft();
+        if (!keys) return std::unexpected(keys.error());
+        blockPrompts_();
+        terminal_.write(*keys + command);
+    }
+    steps_.push_back({.wait = returnDelay, .keys = "\r"});
+    for (const int digit : digits)
+        steps_.push_back({.wait = pickerDelay, .place = Place::dialog, .keys = std::to_string(digit)});
+    if (!digits.empty()) steps_.push_back({.wait = pickerDelay, .keys = {}});
+    if (isFirst) schedule();
+    return {};
+}
+
+/// The keys that take away what stands in the composer.
+std::expected<std::string, ControlRefusal> AgentControls::displaceDraft() {
     const PromptObstacle obstacle = obstacle_();
     if (obstacle == PromptObstacle::working || obstacle == PromptObstacle::dialog) {
         return std::unexpected(ControlRefusal::busy);
     }
-    const std::string draft = terminal_.reading().draft.value_or("");
-    if (draft.contains('\n')) return std::unexpected(ControlRefusal::draftBusy);
-    blockPrompts_();
-    std::string keys;
-    if (!draft.empty()) {
-        keys += endOfLine;
-        for (std::size_t count = Text::characterCount(draft); count > 0; --count)
-            keys += deleteBackward;
-        retype(draft);
-    }
-    terminal_.write(keys + command);
-    commandTimer_ = loop_.after(returnDelay, [this] { terminal_.write("\r"); });
-    return {};
+    std::string draft = terminal_.reading().draft.value_or("");
+    if (draft.contains('\n') || standsForMore(draft)) return std::unexpected(ControlRefusal::draftBusy);
+    if (draft.empty()) return std::string();
+    std::string keys(endOfLine);
+    for (std::size_t count = Text::characterCount(draft); count > 0; --count)
+        keys += deleteBackward;
+    displacedDraft_ = std::move(draft);
+    return keys;
 }
 
-/// Once the command has gone, what was in its place comes back.
-void AgentControls::retype(std::string draft) {
-    draftTimer_ = loop_.after(draftDelay, [this, text = std::move(draft)] {
-        terminal_.write(text);
+void AgentControls::schedule() {
+    looks_ = 0;
+    if (!steps_.empty()) {
+        timer_ = loop_.after(steps_.front().wait, [this] { typeNext(); });
+    } else if (!displacedDraft_.empty()) {
+        timer_ = loop_.after(draftDelay, [this] { typeDraft(); });
+    }
+}
+
+void AgentControls::typeNext() {
+    const Place place = steps_.front().place;
+    const bool isDialogUp = terminal_.reading().dialogUp;
+    if (place == Place::composer && isDialogUp) return lookAgain();
+    if (place == Place::dialog && !isDialogUp) {
         blockPrompts_();
-    });
+        if (++looks_ < maximumLooks) return lookAgain();
+        dropDigits();
+        return schedule();
+    }
+    const Step step = std::move(steps_.front());
+    steps_.pop_front();
+    blockPrompts_();
+    if (!step.keys.empty()) terminal_.write(step.keys);
+    schedule();
+}
+
+void AgentControls::lookAgain() {
+    timer_ = loop_.after(lookDelay, [this] { steps_.empty() ? typeDraft() : typeNext(); });
+}
+
+/// In the composer they would be a draft.
+void AgentControls::dropDigits() {
+    while (!steps_.empty() && steps_.front().place == Place::dialog)
+        steps_.pop_front();
+}
+
+/// What was in the place of the commands comes back, however long a question keeps it waiting.
+void AgentControls::typeDraft() {
+    if (terminal_.reading().dialogUp) return lookAgain();
+    blockPrompts_();
+    terminal_.write(std::exchange(displacedDraft_, {}));
 }
 
 std::expected<void, ControlRefusal> AgentControls::pickCodex(const std::string& model, const std::string& effort) {
     std::optional<std::vector<int>> digits;
     if (codexCatalog_) digits = CodexPicker::digits(model, effort, *codexCatalog_);
-    if (!digits) return typeCommand("/model " + model);
-    const auto typed = typeCommand("/model");
-    if (typed) typeDigits(*std::move(digits));
-    return typed;
-}
-
-/// Each digit goes to the list that is drawn by then.
-void AgentControls::typeDigits(std::vector<int> digits) {
-    if (digits.empty()) return;
-    blockPrompts_();
-    pickerTimer_ = loop_.after(pickerDelay, [this, rest = std::move(digits)]() mutable {
-        terminal_.write(std::to_string(rest.front()));
-        rest.erase(rest.begin());
-        typeDigits(std::move(rest));
-    });
+    return digits ? typeCommand("/model", *digits) : typeCommand("/model " + model);
 }
 
 }  // namespace orvane

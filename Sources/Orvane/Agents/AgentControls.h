@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <expected>
 #include <functional>
 #include <optional>
@@ -18,12 +19,12 @@ namespace orvane {
 enum class ControlRefusal {
     unsupported,  ///< this kind of agent has no such setting
     unknown,      ///< it has no such value
-    draftBusy,    ///< somebody has typed something of several lines
+    draftBusy,    ///< somebody has typed or pasted something that could not be typed again
     busy,         ///< it works or asks something
 };
 
 /// Changes model, effort and permission mode of an agent in a terminal, as a user would: by typing its commands. What
-/// somebody has typed in the composer meanwhile is taken away and typed again.
+/// somebody has typed in the composer is taken away and typed again behind the last command.
 class AgentControls {
  public:
     /// What a session runs with, as far as it is known.
@@ -38,7 +39,7 @@ class AgentControls {
     static constexpr Duration switchProtection = std::chrono::seconds(10);
 
     /// The terminal and the loop must outlive it. `obstacle` tells what keeps us from typing, `blockPrompts` keeps
-    /// prompts away for a second.
+    /// prompts away for a second, and tells that what comes up meanwhile is ours.
     AgentControls(SessionKind kind, AgentTerminal& terminal, MainLoop& loop, std::function<PromptObstacle()> obstacle,
                   std::function<void()> blockPrompts);
 
@@ -56,14 +57,27 @@ class AgentControls {
     void noteSwitchedModel(const std::string& model);
     /// What its transcript says of its model; not heard for a while after a switch.
     void noteModel(const std::string& model);
+    /// Whether something of a command, or the draft that it displaced, is still to be typed.
+    bool isTyping() const { return !steps_.empty() || !displacedDraft_.empty(); }
     void stop();
 
  private:
+    enum class Place { anywhere, composer, dialog };
+    struct Step {
+        Duration wait;
+        Place place = Place::anywhere;
+        std::string keys;  ///< none: only the wait
+    };
+
     bool hasJustSwitched() const;
-    std::expected<void, ControlRefusal> typeCommand(const std::string& command);
+    std::expected<void, ControlRefusal> typeCommand(const std::string& command, const std::vector<int>& digits = {});
     std::expected<void, ControlRefusal> pickCodex(const std::string& model, const std::string& effort);
-    void typeDigits(std::vector<int> digits);
-    void retype(std::string draft);
+    std::expected<std::string, ControlRefusal> displaceDraft();
+    void schedule();
+    void typeNext();
+    void typeDraft();
+    void lookAgain();
+    void dropDigits();
 
     SessionKind kind_;
     AgentTerminal& terminal_;
@@ -75,9 +89,10 @@ class AgentControls {
     PermissionCycle::Bypass bypass_ = PermissionCycle::Bypass::excluded;
     std::optional<Instant> modelSwitchedAt_;
     std::optional<std::string> requestedModel_;
-    Registration commandTimer_;
-    Registration draftTimer_;
-    Registration pickerTimer_;
+    std::deque<Step> steps_;
+    std::string displacedDraft_;
+    int looks_ = 0;  ///< at a screen that is not yet as the next step needs it
+    Registration timer_;
 };
 
 }  // namespace orvane

@@ -28,7 +28,11 @@ TerminalAgent::TerminalAgent(SessionController& session, const Surroundings& sur
       watch_(session, terminal_, loop_, surroundings.home),
       prompts_(loop_, *this),
       controls_(
-          session.identity().kind, terminal_, loop_, [this] { return obstacle(); }, [this] { blockPrompts(); }),
+          session.identity().kind, terminal_, loop_, [this] { return obstacle(); },
+          [this] {
+              blockPrompts();
+              watch_.noteOwnDialog(promptBlockedUntil_);
+          }),
       answers_(terminal_, loop_, [this] { watch_.noteAnswer(); }),
       promptBlockedUntil_(loop_.now()) {}
 
@@ -105,7 +109,8 @@ PromptObstacle TerminalAgent::obstacle() {
     const auto draft = watch_.draft();
     if (draft && !Text::trimmed(*draft).empty()) return PromptObstacle::draft;
     if (!draft && !isSettled()) return PromptObstacle::starting;
-    return loop_.now() < promptBlockedUntil_ ? PromptObstacle::settling : PromptObstacle::none;
+    const bool isSettling = controls_.isTyping() || loop_.now() < promptBlockedUntil_;
+    return isSettling ? PromptObstacle::settling : PromptObstacle::none;
 }
 
 bool TerminalAgent::isWorking() const {
