@@ -26,12 +26,12 @@ TEST_F(AgentStatusTest, keepsANewSessionReadyUntilSomebodyUsesIt) {
 
 TEST_F(AgentStatusTest, countsKeysThatSubmit) {
     // status before, draft on the screen, keys, status after
-    for (const auto& [from, draft, keys, after] : std::vector<std::array<const char*, 4>>{
-             {"idle", "", "\r", "idle"},
-             {"idle", "do it", "\r", "working"},
-             {"idle", "", "do it\r", "working"},
-             {"idle", "do it", "x", "idle"},
-             {"idle", "do it", "\x1b[B", "idle"}}) {
+    for (const auto& [from, draft, keys, after] :
+         std::vector<std::array<const char*, 4>>{{"idle", "", "\r", "idle"},
+                                                 {"idle", "do it", "\r", "working"},
+                                                 {"idle", "", "do it\r", "working"},
+                                                 {"idle", "do it", "x", "idle"},
+                                                 {"idle", "do it", "\x1b[B", "idle"}}) {
         startIdle(SessionKind::codex);
         composer(draft);
         pass(2);

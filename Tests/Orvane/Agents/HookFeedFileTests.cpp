@@ -49,7 +49,9 @@ TEST_F(HookFeedFileTest, readsWholeLinesAndGoesWithItsSession) {
     EXPECT_TRUE(read.starts_with("xxxxx\nstop\n"));
     HookFeedFile moved = *std::move(file);
     EXPECT_TRUE(std::filesystem::exists(path));
-    { const HookFeedFile last = std::move(moved); }
+    {
+        const HookFeedFile last = std::move(moved);
+    }
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 

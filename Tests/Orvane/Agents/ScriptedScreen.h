@@ -79,26 +79,25 @@ class ScriptedLauncher final : public SessionLauncher {
 class ScriptedScreenTest : public StoreFixture {
  protected:
     ScriptedScreenTest() {
-        store = std::make_shared<AppStore>(AppStore::Services{
-            .loop = loop,
-            .pool = pool,
-            .preferences = preferences,
-            .stateFile = stateFile,
-            .home = folder.path(),
-            .launcher = &scripted,
-            .customAgent = [this](const Uuid&) { return spec; },
-            .notify = [this](SessionController&) { ++notified; }});
+        store = std::make_shared<AppStore>(AppStore::Services{.loop = loop,
+                                                              .pool = pool,
+                                                              .preferences = preferences,
+                                                              .stateFile = stateFile,
+                                                              .home = folder.path(),
+                                                              .launcher = &scripted,
+                                                              .customAgent = [this](const Uuid&) { return spec; },
+                                                              .notify = [this](SessionController&) { ++notified; }});
     }
     /// Its sessions go before their launcher.
     ~ScriptedScreenTest() override { store = makeStore(); }
 
     void start(SessionKind ofKind, std::optional<std::string> command = {}) {
         kind = ofKind;
-        session = store->createSession({.kind = kind,
-                                        .project = project(),
-                                        .command = std::move(command),
-                                        .customAgent = kind == SessionKind::custom ? std::optional(spec.id)
-                                                                                   : std::nullopt});
+        session =
+            store->createSession({.kind = kind,
+                                  .project = project(),
+                                  .command = std::move(command),
+                                  .customAgent = kind == SessionKind::custom ? std::optional(spec.id) : std::nullopt});
         screen = scripted.screen;
     }
     /// An agent that sits at its composer and has had something to do.
@@ -139,9 +138,7 @@ class ScriptedScreenTest : public StoreFixture {
         screen->feed(bytes);
     }
     void title(const std::string& text) { screen->feed("\x1b]0;" + text + "\x07"); }
-    void hooks(const std::string& words) const {
-        std::ofstream(scripted.eventsPath, std::ios::app) << words;
-    }
+    void hooks(const std::string& words) const { std::ofstream(scripted.eventsPath, std::ios::app) << words; }
 
     static std::string line(const char* glyph = "─") {
         std::string row;
