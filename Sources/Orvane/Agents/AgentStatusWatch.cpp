@@ -76,6 +76,8 @@ void AgentStatusWatch::noteInput(std::string_view bytes) {
 
 void AgentStatusWatch::noteAnswer() {
     lastAnsweringInputAt_ = wallNow();
+    // It knows nothing of this yet.
+    statusFile_ = SilenceVerdict::unknown;
     statusFile_ = SilenceVerdict::unknown;  // it does not know of the answer yet
     if (hookPhase_ == AgentPhase::awaitingApproval) hookPhase_ = AgentPhase::running;
     if (!isWaiting()) {

@@ -29,9 +29,16 @@ bool stillWaits(const StatusLook& look) {
     return look.screen.dialogUp || look.title == SilenceVerdict::unknown;
 }
 
+/// It tells by itself that it works, and the status says otherwise. That it asks something it may still tell a moment
+/// after the answer.
+bool isBelied(const StatusLook& look) {
+    return !std::holds_alternative<SessionStatus::Working>(look.status.value) && tells(look, SilenceVerdict::working);
+}
+
 bool hasReasonToDecide(const StatusLook& look) {
-    return look.screen.dialogUp || look.hooks.arrived || look.hooks.phase == AgentPhase::awaitingApproval ||
-           look.hasNews || look.silence > StatusDecision::silenceThreshold;
+    return look.screen.dialogUp || isBelied(look) || look.hooks.arrived ||
+           look.hooks.phase == AgentPhase::awaitingApproval || look.hasNews ||
+           look.silence > StatusDecision::silenceThreshold;
 }
 
 SilenceVerdict previousVerdict(const SessionStatus& status) {
