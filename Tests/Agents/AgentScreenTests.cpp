@@ -2,55 +2,26 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <sstream>
 
+#include "Agents/Looks.h"
 #include "Orvane/Agents/AgentScreenCapture.h"
 #include "TerminalEmulator/Engine/RecordingDelegate.h"
 
 namespace orvane {
 namespace {
 
-std::string fileText(const std::string& name) {
-    std::ifstream file(std::string(ORVANE_SOURCE_DIR) + "/Tests/Recordings/" + name, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-/// A line of looks.tsv.
-struct Look {
-    std::string recording, moment, bytes, title, status, question, options;
-
-    SessionKind kind() const { return *fromRawValue<SessionKind>(recording.substr(0, recording.find('-'))); }
-    int cols() const { return recording.ends_with("120x40") ? 120 : 80; }
-    int rows() const { return recording.ends_with("120x40") ? 40 : 25; }
-};
-
-std::vector<Look> looks() {
-    std::istringstream file(fileText("Agents/looks.tsv"));
-    std::vector<Look> looks;
-    for (std::string line; std::getline(file, line);) {
-        Look look;
-        std::istringstream cells(line);
-        for (std::string* cell :
-             {&look.recording, &look.moment, &look.bytes, &look.title, &look.status, &look.question, &look.options})
-            std::getline(cells, *cell, '\t');
-        looks.push_back(look);
-    }
-    return looks;
-}
+using testing::Look;
 
 /// Feeds recordings to terminals, each as far as its moments are asked for.
 class Replay {
  public:
     AgentScreen at(const Look& look) {
-        if (look.bytes == "-") return printed(look);
+        if (!look.hasBytes()) return printed(look);
         Recording& recording = open(look);
-        const std::size_t end = std::stoul(look.bytes);
+        const std::size_t end = look.end();
         recording.terminal.feed(std::string_view(recording.text).substr(recording.fed, end - recording.fed));
         recording.fed = end;
         return captureAgentScreen(recording.terminal, look.kind());
@@ -70,8 +41,7 @@ class Replay {
         std::unique_ptr<Recording>& recording = recordings_[look.recording];
         if (!recording) {
             recording = std::make_unique<Recording>(look);
-            recording->text = fileText("Agents/" + look.recording + ".raw");
-            if (recording->text.empty()) recording->text = fileText(look.recording + ".raw");
+            recording->text = look.recorded();
         }
         return *recording;
     }
@@ -79,7 +49,7 @@ class Replay {
     /// Gemini CLI draws so much that only the text of its screens is kept.
     static AgentScreen printed(const Look& look) {
         AgentScreen screen{.kind = look.kind(), .rows = {}, .dimmed = {}, .title = look.title, .columns = look.cols()};
-        std::istringstream text(fileText("Agents/" + look.recording + "." + look.moment + ".txt"));
+        std::istringstream text(look.screen());
         for (std::string row; std::getline(text, row);)
             screen.rows.push_back(row);
         return screen;
@@ -120,7 +90,7 @@ std::string described(const AgentScreenReading& reading) {
 TEST(AgentScreenTest, readsWhatRealAgentsDrew) {
     Replay replay;
     int asked = 0;
-    for (const Look& look : looks()) {
+    for (const Look& look : testing::looks()) {
         const AgentScreenReading reading = replay.at(look).read();
         SCOPED_TRACE(look.recording + " " + look.moment + ": " + described(reading));
         EXPECT_TRUE(look.status == "any" || look.status.contains(statusOf(reading)));
