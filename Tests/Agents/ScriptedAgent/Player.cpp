@@ -123,8 +123,8 @@ const Reaction* Player::nextDue() const {
     return next;
 }
 
-Milliseconds Player::duration(const std::string& text) const {
-    return Milliseconds(std::atoi(expanded(text, [this](std::string_view name) { return value(name); }).c_str()));
+int Player::number(const std::string& text) const {
+    return std::atoi(expanded(text, [this](std::string_view name) { return value(name); }).c_str());
 }
 
 void Player::go(const std::string& state) {
@@ -245,6 +245,7 @@ void Player::queuePrompt() {
         // It was entered just now, but the turn that goes on is the one before.
         queue_.push_back(std::exchange(turn_, previousTurn_).prompt);
     } else {
+        receive();
         queue_.push_back({composer_.shown(), composer_.text()});
         composer_.clear();
     }
@@ -303,7 +304,20 @@ void Player::editReturn() {
         composer_.erase();
         return composer_.type("\n");
     }
-    if (!composer_.empty()) enter({composer_.shown(), composer_.text()});
+    if (composer_.empty()) return;
+    if (lostReturns_ < number(scenario_.lostReturns)) {
+        ++lostReturns_;
+        return;
+    }
+    receive();
+    enter({composer_.shown(), composer_.text()});
+}
+
+/// Somebody has submitted what the composer holds.
+void Player::receive() {
+    const std::string file = expanded(scenario_.received, [this](std::string_view name) { return value(name); });
+    if (file.empty()) return;
+    if (Failure failure = appendToFile(file, "\"" + jsonEscaped(composer_.text()) + "\"\n")) fail(*failure);
 }
 
 void Player::fail(const std::string& reason) {

@@ -52,13 +52,15 @@ class Player {
     /// The first state of the current one's bases that has the property.
     const State& having(const std::function<bool(const State&)>& property) const;
 
-    Milliseconds duration(const std::string& text) const;
+    int number(const std::string& text) const;
+    Milliseconds duration(const std::string& text) const { return Milliseconds(number(text)); }
 
     void go(const std::string& state);
     void react(const Reaction& reaction);
     void perform(const Action& action);
     void print(const std::string& text);
     void outside(const Action& action);
+    void receive();
     void enter(Prompt prompt);
     void queuePrompt();
     void restorePrompt();
@@ -91,6 +93,7 @@ class Player {
     TimePoint now_, started_, entered_;
     int depth_ = 0;
     int visits_ = 0;  ///< of states
+    int lostReturns_ = 0;
     std::optional<int> exitStatus_;
     std::string failure_;
 };

@@ -132,6 +132,8 @@ struct Scenario {
     std::string frameBegin, frameFinish;  ///< around all that is drawn at once
     std::vector<std::string> newlineKeys;
     PasteRule paste;
+    std::string received;     ///< path of a file that gets every prompt; placeholders are still in it, as in the next
+    std::string lostReturns;  ///< how many in the composer do nothing before one counts
     Positional positional = Positional::ignored;
     std::map<std::string, std::string> variables;
     std::map<std::string, Argument> arguments;

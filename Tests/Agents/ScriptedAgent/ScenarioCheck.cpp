@@ -15,6 +15,9 @@ class Check {
 
     std::optional<ScenarioError> run() {
         if (!scenario_.states.contains("start")) return fault({file_, 0}, "there is no state “start”");
+        for (const std::string& text : {scenario_.received, scenario_.lostReturns}) {
+            if (auto error = checkText(text, {file_, 0})) return error;
+        }
         for (const auto& [name, rows] : scenario_.texts) {
             if (auto error = checkRows(rows)) return error;
         }

@@ -130,6 +130,8 @@ class Parser {
             {"frame-finish", [&](auto value) { return collect(all.frameFinish, value); }},
             {"newline", [&](auto value) { return all.newlineKeys = split(value, ' '), Fault(); }},
             {"paste", [&](auto value) { return readPaste(value); }},
+            {"received", [&](auto value) { return all.received = value, Fault(); }},
+            {"lost-returns", [&](auto value) { return all.lostReturns = value, checkNumber(value); }},
             {"let", [&](auto value) { return readVariable(value); }},
             {"argument", [&](auto value) { return readArgument(value); }},
             {"answer", [&](auto value) { return readAnswer(value); }},
@@ -224,7 +226,7 @@ class Parser {
         if (word == "on") return beginReaction(rest);
         if (word == "view") return state.view = rest, Fault();
         if (word == "title") return state.title = unescaped(rest), Fault();
-        if (word == "guard") return state.guard = rest, checkDuration(rest);
+        if (word == "guard") return state.guard = rest, checkNumber(rest);
         if (word == "typing")
             return choose<Typing>(state.typing, rest, {{"lost", Typing::lost}, {"taken", Typing::taken}});
         if (word == "cursor")
@@ -237,11 +239,11 @@ class Parser {
         return "“" + std::string(word) + "” is no property of a state";
     }
 
-    /// Milliseconds, or the variable that holds them.
-    static Fault checkDuration(std::string_view text) {
+    /// A number such as of milliseconds, or the variable that holds it.
+    static Fault checkNumber(std::string_view text) {
         if (text.starts_with('{') && text.ends_with('}')) return {};
-        int milliseconds = 0;
-        return readNumber(milliseconds, text);
+        int number = 0;
+        return readNumber(number, text);
     }
 
     Fault beginReaction(std::string_view rest) {
@@ -257,7 +259,7 @@ class Parser {
             return fault;
         if ((trigger.kind == Kind::enter) != rest.empty()) return "on enter, on KIND WHAT";
         if (trigger.kind == Kind::after) {
-            if (Fault fault = checkDuration(rest)) return fault;
+            if (Fault fault = checkNumber(rest)) return fault;
         }
         trigger.what = rest;
         // What a variant declares goes before what it includes.
