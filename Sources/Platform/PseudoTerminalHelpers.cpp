@@ -122,6 +122,13 @@ std::expected<int, SystemError> availableBytes(int descriptor) {
     return std::unexpected(SystemError::last("look into", "a terminal"));
 }
 
+std::expected<int, SystemError> unreadInput(int masterPtyDescriptor) {
+    // Only the other side knows, and only one of its own descriptors tells.
+    const FileDescriptor slave(ioctl(masterPtyDescriptor, TIOCGPTPEER, O_RDONLY | O_NOCTTY | O_CLOEXEC));
+    if (!slave.isOpen()) return std::unexpected(SystemError::last("look into", "a terminal"));
+    return availableBytes(slave.number());
+}
+
 pid_t foregroundProcessGroup(int masterPtyDescriptor) {
     const pid_t group = tcgetpgrp(masterPtyDescriptor);
     return group >= 2 ? group : 0;

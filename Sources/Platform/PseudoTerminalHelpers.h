@@ -46,6 +46,9 @@ struct Process {
 /// How many bytes can be read at once (FIONREAD).
 [[nodiscard]] std::expected<int, SystemError> availableBytes(int descriptor);
 
+/// How many bytes written to the terminal its programs have not read yet.
+[[nodiscard]] std::expected<int, SystemError> unreadInput(int masterPtyDescriptor);
+
 /// The process group in the foreground of the terminal; 0 when there is none.
 pid_t foregroundProcessGroup(int masterPtyDescriptor);
 

@@ -4,6 +4,7 @@
 
 #include "Orvane/Agents/AgentScreenCapture.h"
 #include "Orvane/Agents/SessionController.h"
+#include "Platform/PseudoTerminalHelpers.h"
 #include "TerminalEmulator/HeadlessTerminal.h"
 
 namespace orvane {
@@ -53,6 +54,13 @@ bool AgentTerminal::takesPastes() const {
 void AgentTerminal::write(std::string_view bytes) {
     HeadlessTerminal* headless = terminal();
     if (headless != nullptr && !session_.hasExited()) headless->send(bytes);
+}
+
+std::optional<bool> AgentTerminal::hasReadInput() const {
+    const HeadlessTerminal* headless = terminal();
+    if (headless == nullptr) return std::nullopt;
+    const auto unread = PseudoTerminalHelpers::unreadInput(headless->process.childfd());
+    return unread ? std::optional(*unread == 0) : std::nullopt;
 }
 
 HeadlessTerminal* AgentTerminal::terminal() const {

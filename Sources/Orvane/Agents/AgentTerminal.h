@@ -31,6 +31,8 @@ class AgentTerminal {
     const std::string& title() const;
     bool takesPastes() const;
     void write(std::string_view bytes);
+    /// Whether the program has read all that was written to it; none without a program on a terminal.
+    std::optional<bool> hasReadInput() const;
 
     bool hasProducedOutput() const { return lastOutputAt_.has_value(); }
     /// When something was drawn last; none yet counts from the start of the program.

@@ -116,10 +116,17 @@ void PromptPipeline::flush() {
 void PromptPipeline::deliver(Prompt& prompt) {
     prompt.state = PromptState::delivering;
     typing_ = prompt.number;
+    pastes_ = 0;
+    target_.noteDelivery();
+    paste(prompt);
+}
+
+void PromptPipeline::paste(const Prompt& prompt) {
+    ++pastes_;
     returns_ = 0;
     isHeldByDialog_ = false;
+    revisionBefore_ = target_.revision();
     target_.blockPrompts();
-    target_.noteDelivery();
     using PromptTyping::Marks;
     target_.write(PromptTyping::bytes(prompt.text, target_.takesPastes() ? Marks::paste : Marks::none));
     returnTimer_ = loop_.after(durationOf(PromptTyping::returnDelay(prompt.text)), [this] { pressReturn(); });
@@ -147,6 +154,7 @@ void PromptPipeline::pressReturn() {
 void PromptPipeline::checkReturn() {
     const Position typed = find(typing_);
     if (typed == prompts_.end()) return;
+    if (target_.revision() == revisionBefore_) return checkSilence(*typed);
     if (!composerShows(typed->text)) return settle(PromptState::delivered);
     if (target_.isProvenWorking()) {
         // Maybe on this prompt, and its screen is late; a second Return would be one too many.
@@ -162,6 +170,21 @@ void PromptPipeline::checkReturn() {
 /// has sent it or taken it away. A Return would send what is not ours.
 bool PromptPipeline::hasLost(const std::string& text) {
     return target_.draft().has_value() && !composerShows(text);
+}
+
+/// Not a byte has come since the paste: no program that took it is so quiet.
+void PromptPipeline::checkSilence(Prompt& prompt) {
+    const auto hasRead = target_.hasReadInput();
+    if (!hasRead) return settle(PromptState::delivered);
+    if (!*hasRead) {
+        returnTimer_ = loop_.after(resubmitDelay, [this] { checkReturn(); });
+        return;
+    }
+    if (pastes_ < maximumPastes) {
+        target_.logLine("repaste attempt=" + std::to_string(pastes_));
+        return paste(prompt);
+    }
+    settle(PromptState::failed);
 }
 
 bool PromptPipeline::composerShows(const std::string& text) {

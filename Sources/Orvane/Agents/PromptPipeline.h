@@ -30,6 +30,9 @@ class PromptPipeline {
     static constexpr int readinessLimit = 150;
     static constexpr Duration resubmitDelay = std::chrono::milliseconds(1200);
     static constexpr int maximumReturns = 4;
+    /// A prompt is pasted again when the program has read it and done nothing: some draw a composer long before they
+    /// listen.
+    static constexpr int maximumPastes = 20;
     /// Failed prompts are kept for people to see; more than this many lose the oldest.
     static constexpr std::size_t keptFailures = 100;
 
@@ -62,8 +65,10 @@ class PromptPipeline {
     void tick();
     void flush();
     void deliver(Prompt& prompt);
+    void paste(const Prompt& prompt);
     void pressReturn();
     void checkReturn();
+    void checkSilence(Prompt& prompt);
     bool composerShows(const std::string& text);
     bool hasLost(const std::string& text);
     void settle(PromptState state);
@@ -79,8 +84,10 @@ class PromptPipeline {
     int readinessTicks_ = 0;
     Registration readinessTimer_;
 
-    std::uint64_t typing_ = 0;  ///< number of the prompt that has been pasted and waits for its Return to work
-    int returns_ = 0;           ///< pressed for it
+    std::uint64_t typing_ = 0;          ///< number of the prompt that has been pasted and waits for its Return to work
+    int returns_ = 0;                   ///< pressed for it
+    int pastes_ = 0;                    ///< how often it was pasted
+    std::uint64_t revisionBefore_ = 0;  ///< of the target, at the last paste
     bool isHeldByDialog_ = false;
     Registration returnTimer_;
     bool hasStopped_ = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -36,6 +37,10 @@ class PromptTarget {
     virtual void write(std::string_view bytes) = 0;
     /// Whether the program reads a text between paste marks as one.
     virtual bool takesPastes() const = 0;
+    /// Another number whenever the program has written something.
+    virtual std::uint64_t revision() const = 0;
+    /// Whether the program has read all that was typed; none when nobody knows.
+    virtual std::optional<bool> hasReadInput() const = 0;
     /// A prompt is about to be typed, as a user would.
     virtual void noteDelivery() = 0;
     /// Nothing else may be typed for a second.

@@ -62,6 +62,8 @@ class TerminalAgent final : private PromptTarget {
     bool isDialogUp() override { return watch_.isDialogUp(); }
     void write(std::string_view bytes) override { terminal_.write(bytes); }
     bool takesPastes() const override { return terminal_.takesPastes(); }
+    std::uint64_t revision() const override { return terminal_.revision(); }
+    std::optional<bool> hasReadInput() const override { return terminal_.hasReadInput(); }
     void noteDelivery() override { noteInput({}); }
     void blockPrompts() override;
     bool runsModel(const std::string& model) const override;
