@@ -35,6 +35,10 @@ std::uint64_t PromptPipeline::send(std::string text, std::optional<std::string> 
     return number;
 }
 
+void PromptPipeline::noteTyped() {
+    isInOtherHands_ = typing_ != 0 && returns_ > 0;
+}
+
 void PromptPipeline::fail() {
     stop();
     for (Prompt& prompt : prompts_)
@@ -125,6 +129,7 @@ void PromptPipeline::paste(const Prompt& prompt) {
     ++pastes_;
     returns_ = 0;
     isHeldByDialog_ = false;
+    isInOtherHands_ = false;
     revisionBefore_ = target_.revision();
     target_.blockPrompts();
     using PromptTyping::Marks;
@@ -161,7 +166,7 @@ void PromptPipeline::checkReturn() {
         returnTimer_ = loop_.after(resubmitDelay, [this] { checkReturn(); });
         return;
     }
-    if (returns_ >= maximumReturns) return settle(PromptState::standing);
+    if (isInOtherHands_ || returns_ >= maximumReturns) return settle(PromptState::standing);
     target_.logLine("resubmit attempt=" + std::to_string(returns_));
     pressReturn();
 }
@@ -180,7 +185,7 @@ void PromptPipeline::checkSilence(Prompt& prompt) {
         returnTimer_ = loop_.after(resubmitDelay, [this] { checkReturn(); });
         return;
     }
-    if (pastes_ < maximumPastes) {
+    if (pastes_ < maximumPastes && !isInOtherHands_) {
         target_.logLine("repaste attempt=" + std::to_string(pastes_));
         return paste(prompt);
     }

@@ -41,6 +41,8 @@ class PromptPipeline {
 
     /// Takes a prompt and delivers it as soon as it can be. Returns its number.
     std::uint64_t send(std::string text, std::optional<std::string> model);
+    /// Somebody else types: what Return would send from now on is theirs to decide.
+    void noteTyped();
     /// The program has ended: what was not delivered has failed.
     void fail();
     /// No prompt is typed any more, and those that come from now on fail.
@@ -89,6 +91,7 @@ class PromptPipeline {
     int pastes_ = 0;                    ///< how often it was pasted
     std::uint64_t revisionBefore_ = 0;  ///< of the target, at the last paste
     bool isHeldByDialog_ = false;
+    bool isInOtherHands_ = false;       ///< somebody has typed since its Return
     Registration returnTimer_;
     bool hasStopped_ = false;
 };

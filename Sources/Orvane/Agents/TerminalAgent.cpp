@@ -70,6 +70,7 @@ void TerminalAgent::readModel() {
 
 void TerminalAgent::type(std::string_view bytes) {
     noteInput(bytes);
+    prompts_.noteTyped();
     terminal_.write(bytes);
 }
 
