@@ -30,7 +30,7 @@ int run(ClientContext& client, const Arguments& arguments) {
 /// Over when the prompt has been answered, when the agent asks something on the way, or when it can come no further.
 SessionWait::Test turnIsOver(const L10n& l10n, std::uint64_t number) {
     return [l10n, number](const SessionController* session) -> std::optional<Outcome> {
-        if (session == nullptr) return AgentArguments::reached(session, false);
+        if (session == nullptr || !session->isActive()) return AgentArguments::reached(session, false);
         const PromptPipeline::Prompt* prompt = session->agent()->prompts().prompt(number);
         if (prompt != nullptr && prompt->state == PromptState::failed) {
             return Refusal{.message = l10n.text("shell.chat.notReady")};
@@ -38,7 +38,6 @@ SessionWait::Test turnIsOver(const L10n& l10n, std::uint64_t number) {
         if (prompt != nullptr && prompt->state == PromptState::standing) {
             return Refusal{.message = l10n.text("error.promptStands")};
         }
-        if (!session->isActive()) return AgentArguments::reached(session, false);
         if (prompt != nullptr || session->status().name() == "working") return std::nullopt;
         return AgentArguments::reached(session, true);
     };
