@@ -177,10 +177,10 @@ bool PromptPipeline::hasLost(const std::string& text) {
     return target_.draft().has_value() && !composerShows(text);
 }
 
-/// Not a byte has come since the paste: no program that took it is so quiet.
+/// Not a byte has come since the paste: no program with a composer that took it is so quiet.
 void PromptPipeline::checkSilence(Prompt& prompt) {
     const auto hasRead = target_.hasReadInput();
-    if (!hasRead) return settle(PromptState::delivered);
+    if (!hasRead || !target_.draft()) return settle(PromptState::delivered);
     if (!*hasRead) {
         returnTimer_ = loop_.after(resubmitDelay, [this] { checkReturn(); });
         return;
