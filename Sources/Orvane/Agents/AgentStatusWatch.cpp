@@ -228,7 +228,17 @@ void AgentStatusWatch::decide() {
     hasNews_ = false;
     waitingEvidenceMisses_ = decision.waitingEvidenceMisses;
     if (decision.provesInteraction) userHasInteracted_ = true;
-    if (decision.status) session_.setStatus(*decision.status, decision.source);
+    if (!decision.status) return;
+    if (std::holds_alternative<SessionStatus::Waiting>(decision.status->value)) noteAskedAnew();
+    session_.setStatus(*decision.status, decision.source);
+}
+
+/// It tells that it asks: a question that looks like the one just answered is another.
+void AgentStatusWatch::noteAskedAnew() {
+    SessionApproval& approval = session_.approval();
+    if (approval.pendingRequest) return;
+    approval.approvalAnswered = false;
+    lookForDialog();
 }
 
 StatusLook AgentStatusWatch::look() {

@@ -69,6 +69,7 @@ class AgentStatusWatch {
     void lookForDialog();
     void noteTold();
     void decide();
+    void noteAskedAnew();
     StatusLook look();
     AgentStatusRule::PatternEvidence matchPatterns();
     void noteTyped(std::string_view bytes);
