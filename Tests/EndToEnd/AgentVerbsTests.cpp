@@ -276,7 +276,8 @@ TEST_P(EachAgentTest, IsAnsweredByTheWordsOfItsQuestion) {
     ask(asking());
     run(0, {"type", agent.id, R"(\e[B)"});
     EXPECT_TRUE(until(agent, [](const JSONObject& status) {
-        return status.object("request").find("options")->at(1).at("selected") == true;
+        const JsonValue* options = status.object("request").find("options");
+        return options != nullptr && options->at(1).at("selected") == true;
     }));
     EXPECT_THAT(run(1, {"approve", agent.id})->errors, HasSubstr("2"));
     run(0, {"answer", agent.id, "1"});

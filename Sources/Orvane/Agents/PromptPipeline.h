@@ -91,7 +91,7 @@ class PromptPipeline {
     int pastes_ = 0;                    ///< how often it was pasted
     std::uint64_t revisionBefore_ = 0;  ///< of the target, at the last paste
     bool isHeldByDialog_ = false;
-    bool isInOtherHands_ = false;       ///< somebody has typed since its Return
+    bool isInOtherHands_ = false;  ///< somebody has typed since its Return
     Registration returnTimer_;
     bool hasStopped_ = false;
 };
