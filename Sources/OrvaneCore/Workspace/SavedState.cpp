@@ -8,6 +8,7 @@
 
 #include "OrvaneCore/Support/JSONObject.h"
 #include "OrvaneCore/Support/JsonList.h"
+#include "OrvaneCore/Workspace/SurfaceMigration.h"
 #include "OrvaneCore/Workspace/UniqueIDs.h"
 
 namespace orvane {
@@ -62,6 +63,27 @@ std::set<Uuid> readCollapsed(const Document& document) {
         if (const auto id = Uuid::parse(text)) ids.insert(*id);
     }
     return ids;
+}
+
+std::map<Uuid, PaneNode> readLayouts(const Document& document) {
+    std::map<Uuid, PaneNode> layouts;
+    document.object("layouts").forEach([&](std::string_view key, const JsonValue& value) {
+        const auto project = Uuid::parse(key);
+        auto tree = project ? PaneNode::decode(value) : std::nullopt;
+        if (tree) layouts.emplace(*project, *std::move(tree));
+    });
+    return layouts;
+}
+
+std::map<Uuid, std::vector<RestorableSession>> readRestorable(const Document& document) {
+    std::map<Uuid, std::vector<RestorableSession>> restorable;
+    const JSONObject object = document.object("restorable");
+    object.forEach([&](std::string_view key, const JsonValue&) {
+        const auto project = Uuid::parse(key);
+        auto sessions = project ? object.list(key, RestorableSession::decode) : std::vector<RestorableSession>();
+        if (!sessions.empty()) restorable.emplace(*project, std::move(sessions));
+    });
+    return restorable;
 }
 
 std::optional<std::map<Uuid, std::vector<SavedSurface>>> readSurfaces(const Document& document) {
@@ -120,6 +142,20 @@ Written writeCollapsed(const SavedState& state) {
     return array;
 }
 
+Written writeLayouts(const SavedState& state) {
+    boost::json::object object;
+    for (const auto& [project, tree] : state.layouts)
+        object[project.upperText()] = tree.encode();
+    return object;
+}
+
+Written writeRestorable(const SavedState& state) {
+    boost::json::object object;
+    for (const auto& [project, sessions] : state.restorable)
+        object[project.upperText()] = encodedList(sessions);
+    return object;
+}
+
 Written writeSurfaces(const SavedState& state) {
     if (!state.surfaces) return std::nullopt;
     boost::json::object object;
@@ -149,6 +185,12 @@ constexpr std::array members = {
     Member{.key = "templates",
            .read = [](const Document& document, SavedState& state) { state.templates = readTemplates(document); },
            .write = [](const SavedState& state) -> Written { return encodedList(state.templates); }},
+    Member{.key = "layouts",
+           .read = [](const Document& document, SavedState& state) { state.layouts = readLayouts(document); },
+           .write = writeLayouts},
+    Member{.key = "restorable",
+           .read = [](const Document& document, SavedState& state) { state.restorable = readRestorable(document); },
+           .write = writeRestorable},
     Member{.key = "usageCounts",
            .read = [](const Document& document, SavedState& state) { state.usageCounts = readUsageCounts(document); },
            .write = writeUsageCounts},
@@ -221,18 +263,21 @@ std::optional<SavedState> SavedState::decode(const JsonValue& json) {
 
 SavedState SavedState::completed(const std::string& defaultTitle) const {
     SavedState result = *this;
+    const auto saved = surfaces ? *surfaces : SurfaceMigration::migrate(layouts, {}, defaultTitle);
     std::map<Uuid, std::vector<SavedSurface>> strips;
     result.activeSurfaces.clear();
     std::set<Uuid> known;
     for (const Project& project : projects) {
         known.insert(project.id);
         std::vector<SavedSurface>& strip = strips[project.id];
-        if (surfaces && surfaces->contains(project.id)) strip = surfaces->at(project.id);
+        if (saved.contains(project.id)) strip = saved.at(project.id);
         if (strip.empty()) strip.push_back(SavedSurface::workspace(defaultTitle));
         std::ranges::for_each(strip, complete);
         result.activeSurfaces[project.id] = activeSurface(*this, project.id, strip);
     }
+    result.layouts = SurfaceMigration::legacyLayouts(strips, result.activeSurfaces);
     result.surfaces = std::move(strips);
+    std::erase_if(result.restorable, [&](const auto& entry) { return !known.contains(entry.first); });
     std::erase_if(result.collapsedProjects, [&](const Uuid& id) { return !known.contains(id); });
     if (selectedProjectID && !known.contains(*selectedProjectID)) result.selectedProjectID.reset();
     return result;

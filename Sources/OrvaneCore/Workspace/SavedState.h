@@ -12,6 +12,7 @@
 #include "OrvaneCore/Support/Uuid.h"
 #include "OrvaneCore/Workspace/PaneTemplate.h"
 #include "OrvaneCore/Workspace/Project.h"
+#include "OrvaneCore/Workspace/RestorableSession.h"
 #include "OrvaneCore/Workspace/SavedSurface.h"
 
 namespace orvane {
@@ -20,12 +21,16 @@ namespace orvane {
 struct SavedState {
     std::vector<Project> projects;
     std::vector<PaneTemplate> templates;
+    /// One pane tree a project, for builds that know no tabs; see `SurfaceMigration`.
+    std::map<Uuid, PaneNode> layouts;
     /// Launches by the raw value of the session kind or the key of a custom agent.
     std::map<std::string, std::int64_t> usageCounts;
     /// By the raw value of the session kind.
     std::map<std::string, std::vector<std::string>> knownSlashCommands;
     std::optional<Uuid> selectedProjectID;
     std::set<Uuid> collapsedProjects;
+    /// The sessions that ran, by project, in order.
+    std::map<Uuid, std::vector<RestorableSession>> restorable;
     /// Tab strips by project. Absent in the oldest files, which know one tree a project.
     std::optional<std::map<Uuid, std::vector<SavedSurface>>> surfaces;
     /// The surface shown, by project.
@@ -44,8 +49,8 @@ struct SavedState {
     static std::optional<SavedState> decode(const JsonValue& json);
 
     /// The state to start from: every project has a tab, every kind that owns a pane tree has one, every project's
-    /// active surface and every focused pane exists, and nothing speaks of a project that is not there. `defaultTitle`
-    /// names the workspaces that this makes.
+    /// active surface and every focused pane exists, and nothing speaks of a project that is not there. Without
+    /// `surfaces` the strips are made of `layouts`. `defaultTitle` names the workspaces that this makes.
     [[nodiscard]] SavedState completed(const std::string& defaultTitle) const;
 };
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "OrvaneCore/Workspace/ProjectList.h"
+#include "OrvaneCore/Workspace/SurfaceMigration.h"
 
 namespace orvane {
 
@@ -113,16 +114,13 @@ SavedState WorkspaceModel::saved() const {
             const auto tree = surfaceTrees.find(meta.id);
             if (tree == surfaceTrees.end()) continue;
             surface.node = tree->second.template_(embeddable);
-            const auto focused = focusedPanes.find(meta.id);
-            if (focused == focusedPanes.end()) continue;
             // The copy has fresh ids; the focus is the leaf at the same place.
-            const auto leaves = tree->second.leafIDs();
-            const auto place = std::ranges::find(leaves, focused->second) - leaves.begin();
-            if (std::cmp_less(place, leaves.size())) {
-                surface.focusedPane = surface.node->leafIDs()[static_cast<std::size_t>(place)];
-            }
+            const auto focused = focusedPanes.find(meta.id);
+            const auto focus = focused == focusedPanes.end() ? std::nullopt : std::optional(focused->second);
+            surface.focusedPane = SurfaceMigration::focusedPane(focus, tree->second, *surface.node);
         }
     }
+    state.layouts = SurfaceMigration::legacyLayouts(*state.surfaces, activeSurfaceID);
     return state;
 }
 

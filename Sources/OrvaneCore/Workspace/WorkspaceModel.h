@@ -92,6 +92,9 @@ struct WorkspaceModel {
     /// Puts a session into a pane of the project's workspace, the given leaf when there is one, and selects it.
     Pane placeSession(const Uuid& session, const Uuid& project, const std::optional<Uuid>& targetLeaf,
                       const PaneSize& area);
+    /// Puts a session that comes back into the pane, or by the free-leaf rule when that is gone or taken. Neither the
+    /// focus nor the tab nor the project that shows is changed.
+    void placeRestored(const Uuid& session, const Uuid& project, const Uuid& leaf, const PaneSize& area);
     /// Selects a session, shows its project and tab and focuses its pane.
     void selectSession(const Uuid& session, const Uuid& project);
     /// Empties every pane that shows the session; the selection moves to what the focused pane shows.
@@ -113,7 +116,20 @@ struct WorkspaceModel {
     void movePane(const Uuid& content, const Uuid& toLeaf, PaneDropZone zone, const Uuid& surface);
 
     // The state file
+    /// Without the sessions, which only their owner knows.
     SavedState saved() const;
+    /// Where a pane is found again in the next run, whose leaves may have other ids.
+    struct Slot {
+        Uuid surface;
+        /// In leaf order.
+        std::size_t index = 0;
+        bool operator==(const Slot&) const = default;
+    };
+    std::optional<Slot> slotOfPane(const Uuid& leaf) const;
+    /// The leaf at a place of the surface's tree, of the project's workspace when it is not told; none out of range.
+    std::optional<Uuid> leafAt(std::size_t index, const std::optional<Uuid>& surface, const Uuid& project);
+    /// A session has come back under another id: the chat tabs that are bound to it go along.
+    void rebindChats(const Uuid& from, const Uuid& to);
     static WorkspaceModel restoring(SavedState state, const std::string& workspaceTitle);
 
  private:

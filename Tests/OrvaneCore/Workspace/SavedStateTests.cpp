@@ -43,6 +43,8 @@ SavedState full() {
     state.surfaces = {
         {{id("01"), {{SurfaceMeta::workspace("W"), tree("h(a,B)"), leaf('b')}, {.meta = chat}}}, {id("0A"), {}}}};
     state.activeSurfaces = {{id("01"), id("32")}};
+    state.layouts = {{id("01"), tree("h(A,B)")}};
+    state.restorable = {{id("01"), {{.kind = SessionKind::claude, .command = "claude --resume 'x'", .visibleSlot = 1}, {}}}};
     return state;
 }
 
@@ -62,12 +64,13 @@ TEST(SavedStateTest, needsOnlyProjectsAndKeepsMembersOfOtherBuilds) {
     for (const char* text : {"{}", "[]", "null", R"({"projects":{}})", R"({"surfaces":{}})"})
         EXPECT_EQ(SavedState::decode(*Json::parse(text)), std::nullopt) << text;
     EXPECT_EQ(read(R"({"projects":[],"templates":7,"usageCounts":[],"knownSlashCommands":"x","selectedProjectID":{},
-                       "collapsedProjects":{},"surfaces":[],"activeSurfaces":null})"),
+                       "collapsedProjects":{},"surfaces":[],"activeSurfaces":null,
+                       "layouts":{"x":1},"restorable":7})"),
               SavedState());
-    const std::string text = R"({"future":{"a":[1,null]},"layouts":{"x":1},"projects":[],"restorable":7})";
+    const std::string text = R"({"future":{"a":[1,null]},"later":7,"projects":[]})";
     EXPECT_EQ(read(text).surfaces, std::nullopt) << "an old file has no surfaces";
     const JsonValue written = read(text).encode();
-    for (const char* key : {"future", "layouts", "restorable"})
+    for (const char* key : {"future", "later"})
         EXPECT_EQ(written.at(key), Json::parse(text)->at(key)) << key;
     EXPECT_FALSE(written.as_object().contains("surfaces"));
 }
@@ -82,6 +85,8 @@ TEST(SavedStateTest, skipsOrRepairsDamagedEntries) {
         "surfaces":{{"nobody":[],"{0}":[{{"meta":{{"id":"{1}","kind":"terminal"}},"node":{{"leaf":7}}}},
             {{"meta":{{"id":"{1}","kind":"chat","payload":7,"chatNotes":[7,{{"text":"t"}}]}}}},
             {{"meta":{{"id":"{0}","kind":"hologram"}}}},{{"meta":7}},{{}},7]}},
+        "layouts":{{"{0}":{{"leaf":7}},"x":{{"leaf":{{"id":"{1}"}}}}}},
+        "restorable":{{"x":[{{"kind":"shell"}}],"{0}":[{{"kind":"hologram"}},7,{{"kind":"codex"}}]}},
         "activeSurfaces":{{"x":"y","{0}":7}}}})",
                                               idText("01"), idText("31")));
     ASSERT_EQ(state.projects.size(), 2U);
@@ -96,6 +101,9 @@ TEST(SavedStateTest, skipsOrRepairsDamagedEntries) {
     EXPECT_NE(strip[1].meta.id, strip[0].meta.id);
     EXPECT_EQ(strip[1].meta.chatNotes, (std::vector<ChatNote>{{.text = "t"}}));
     EXPECT_TRUE(state.activeSurfaces.empty());
+    EXPECT_TRUE(state.layouts.empty());
+    ASSERT_EQ(state.restorable.size(), 1U);
+    EXPECT_EQ(state.restorable.at(id("01")), std::vector<RestorableSession>{{.kind = SessionKind::codex}});
 }
 
 TEST(SavedStateTest, completedHasAWorkspaceForEveryProject) {
@@ -103,6 +111,7 @@ TEST(SavedStateTest, completedHasAWorkspaceForEveryProject) {
     state.activeSurfaces[id("01")] = id("77");
     state.activeSurfaces[id("55")] = id("32");
     state.collapsedProjects.insert(id("55"));
+    state.restorable[id("55")] = {{}};
     (*state.surfaces)[id("55")] = {SavedSurface::workspace("orphan")};
     auto& strip = state.surfaces->at(id("01"));
     strip[0].focusedPane = leaf('x');
@@ -122,9 +131,11 @@ TEST(SavedStateTest, completedHasAWorkspaceForEveryProject) {
     EXPECT_EQ(done.activeSurfaces, (std::map<Uuid, Uuid>{{id("01"), first[0].meta.id}, {id("0A"), second[0].meta.id}}));
     EXPECT_EQ(done.collapsedProjects, (std::set{id("01"), id("0A")}));
     EXPECT_EQ(done.selectedProjectID, id("0A"));
+    EXPECT_EQ(done.restorable, full().restorable);
     EXPECT_EQ(done.completed("again"), done);
 
     state.surfaces.reset();
+    EXPECT_EQ(state.completed("W").surfaces->at(id("01")).front().node, state.layouts.at(id("01")));
     state.selectedProjectID = id("55");
     EXPECT_EQ(state.completed("W").surfaces->size(), 2U);
     EXPECT_EQ(state.completed("W").selectedProjectID, std::nullopt);
