@@ -19,7 +19,12 @@ bool isFolder(const std::string& path) {
 
 }  // namespace
 
-AppStore::AppStore(Services services) : services_(std::move(services)), tally_(services_.preferences) {
+AppStore::AppStore(Services services)
+    : services_(std::move(services)),
+      tally_(services_.preferences),
+      restorer_(
+          services_.loop, services_.preferences, tally_, workspace_,
+          [this](const Uuid& project, const SessionRestorer::Pending& session) { startRestored(project, session); }) {
     workspace_.workspaceTitle = services_.l10n.text("shell.tab.workspace");
     restoreShell();
 }
@@ -37,15 +42,14 @@ void AppStore::restoreShell() {
 void AppStore::load() {
     auto state = services_.stateFile.load();
     if (!state) return;
+    auto sessions = std::move(state->restorable);
     workspace_ = WorkspaceModel::restoring(std::move(*state), workspace_.workspaceTitle);
     workspace_.pruneWorktrees(isFolder);
-}
-
-void AppStore::saveState() {
-    services_.stateFile.save(workspace_.saved());
+    adopt(std::move(sessions));
 }
 
 void AppStore::committed() {
+    restorer_.noteSelection();
     saveState();
     scheduleChange();
 }
@@ -112,14 +116,6 @@ std::vector<std::shared_ptr<SessionController>> AppStore::stoppingSessions() con
     auto all = sessions_;
     all.insert(all.end(), closedSessions_.begin(), closedSessions_.end());
     return all;
-}
-
-void AppStore::terminateAllSessions() {
-    if (std::exchange(terminationStarted_, true)) return;
-    for (const auto& session : std::vector(sessions_))
-        session->terminate();
-    for (const auto& shutDown : shutDowns_)
-        shutDown();
 }
 
 }  // namespace orvane

@@ -12,6 +12,7 @@
 #include "Orvane/Agents/SessionController.h"
 #include "Orvane/Support/Signal.h"
 #include "Orvane/Workspace/SessionEvent.h"
+#include "Orvane/Workspace/SessionRestorer.h"
 #include "Orvane/Workspace/StateFile.h"
 #include "Orvane/Workspace/UsageTally.h"
 #include "OrvaneCore/Support/L10n.h"
@@ -55,6 +56,8 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
 
     /// Takes over what the last run saved and drops what it names that is gone from the disk.
     void load();
+    /// The host can be reached: the sessions of the last run come back from now on.
+    void beginRestore() { restorer_.begin(); }
 
     const WorkspaceModel& workspace() const { return workspace_; }
     const std::vector<std::shared_ptr<SessionController>>& sessions() const { return sessions_; }
@@ -103,9 +106,12 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
         std::optional<Uuid> customAgent;
         /// The project's folder when absent.
         std::optional<std::string> workingDirectory;
-        /// The pane to show it in; the free-leaf rule chooses when absent.
+        /// The pane to show it in; when absent the free-leaf rule chooses, and a restored one is in none.
         std::optional<Uuid> targetLeaf;
+        /// A restored one is not counted and takes neither selection nor focus.
         Origin origin = Origin::launched;
+        /// Its title is the one above.
+        SessionController::Appearance appearance = {};
     };
     /// The only way a session comes to be. None for an unknown project, and once all sessions were told to end.
     SessionController* createSession(const SessionRequest& request);
@@ -154,7 +160,9 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     void answerQuit();
     /// Runs when the sessions are told to end, for services that have processes of their own.
     void onTermination(std::function<void()> shutDown) { shutDowns_.push_back(std::move(shutDown)); }
-    /// Tells every session and service to end, once.
+    /// The system ends: sessions that it reached first, moments ago, are saved as if they ran.
+    void noteShutdown();
+    /// Saves the sessions for the next run and tells every session and service to end, once.
     void terminateAllSessions();
     /// All sessions, and those closed before whose programs have not ended yet.
     std::vector<std::shared_ptr<SessionController>> stoppingSessions() const;
@@ -169,6 +177,12 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     void scheduleChange();
     /// After an edit that the state file keeps.
     void committed();
+    void adopt(std::map<Uuid, std::vector<RestorableSession>> sessions);
+    void startRestored(const Uuid& project, const SessionRestorer::Pending& session);
+    void place(const SessionController& session, const SessionRequest& request);
+    bool isRestorable(const SessionController& session) const;
+    /// By project: those that run, and then those that are not back yet.
+    std::map<Uuid, std::vector<RestorableSession>> restorableSessions() const;
     void clearOverlay();
     void recordPeaks();
     void endSession(const Uuid& id);
@@ -180,6 +194,7 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     Services services_;
     UsageTally tally_;
     WorkspaceModel workspace_;
+    SessionRestorer restorer_;
     InterfaceState interface_;
     std::vector<std::shared_ptr<SessionController>> sessions_;
     /// Closed, but their programs may still be there; kept so that quitting can end them.
@@ -190,6 +205,9 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     std::uint64_t remoteRevision_ = 0;
     bool sessionChangePending_ = false;
     bool terminationStarted_ = false;
+    std::optional<Date> shutdownAt_;
+    /// As they were when they were told to end.
+    std::optional<std::map<Uuid, std::vector<RestorableSession>>> sessionsAtEnd_;
     Registration branchTimer_;
     Registration closedSessionsTimer_;  ///< while there are any
 };

@@ -33,6 +33,8 @@ SessionController* AppStore::createSession(const SessionRequest& request) {
     if (project == nullptr || terminationStarted_) return nullptr;
     const auto spec = request.customAgent && services_.customAgent ? services_.customAgent(*request.customAgent)
                                                                    : std::optional<AgentSpec>();
+    SessionController::Appearance appearance = request.appearance;
+    appearance.userTitle = request.title;
     const auto session = std::make_shared<SessionController>(
         SessionController::Identity{.id = Uuid::random(),
                                     .projectID = request.project,
@@ -42,23 +44,31 @@ SessionController* AppStore::createSession(const SessionRequest& request) {
                                     .projectRoot = project->path,
                                     .startedAt = dateOf(services_.loop.wallTime()),
                                     .agentSpec = spec},
-        SessionController::Appearance{.userTitle = request.title},
+        appearance,
         SessionController::Surroundings{
             .loop = services_.loop, .l10n = services_.l10n, .home = services_.home, .log = services_.log});
     session->install(callbacksFor(session));
     sessions_.push_back(session);
-    if (request.origin == Origin::launched) {
-        ++workspace_.usageCounts[spec ? spec->id.upperText() : std::string(rawValue(request.kind))];
-    }
-    clearOverlay();
-    workspace_.placeSession(session->id(), request.project, request.targetLeaf, interface_.paneArea);
-    if (request.origin == Origin::launched) recordPeaks();
+    place(*session, request);
     ++remoteRevision_;
     publish({.session = session->id(), .from = {}, .to = std::string(session->status().name())});
-    committed();
-    // Last, so that whatever the program does at once finds a session that has its place.
+    // So late that whatever the program does at once finds a session that has its place; and then what the program
+    // was told to call its conversation is known, by which it is resumed.
     if (services_.launcher != nullptr) session->launch(*services_.launcher);
+    committed();
     return session.get();
+}
+
+void AppStore::place(const SessionController& session, const SessionRequest& request) {
+    if (request.origin == Origin::restored) {
+        if (!request.targetLeaf) return;
+        return workspace_.placeRestored(session.id(), request.project, *request.targetLeaf, interface_.paneArea);
+    }
+    const auto& spec = session.identity().agentSpec;
+    ++workspace_.usageCounts[spec ? spec->id.upperText() : std::string(rawValue(request.kind))];
+    clearOverlay();
+    workspace_.placeSession(session.id(), request.project, request.targetLeaf, interface_.paneArea);
+    recordPeaks();
 }
 
 SessionController::Callbacks AppStore::callbacksFor(const std::shared_ptr<SessionController>& session) {
@@ -103,6 +113,8 @@ void AppStore::sessionChanged(SessionController& session, const SessionStatus& f
         publish(
             {.session = session.id(), .from = std::string(from.name()), .to = std::string(session.status().name())});
     }
+    // What has ended does not come back after a restart.
+    if (from.isActive() && !session.isActive()) return committed();
     scheduleChange();
 }
 
@@ -129,7 +141,7 @@ void AppStore::selectSession(const Uuid& id) {
     clearOverlay();
     workspace_.selectSession(id, selected->identity().projectID);
     selected->clearAttention();
-    scheduleChange();
+    committed();
 }
 
 void AppStore::requestCloseSession(const Uuid& id) {

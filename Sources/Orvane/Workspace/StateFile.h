@@ -16,12 +16,17 @@ class StateFile {
 
     /// None when there is no file, or none that can be read; such a one is kept beside before it is overwritten.
     std::optional<SavedState> load();
-    void save(const SavedState& state) { file_.save(state.encode()); }
+    void save(const SavedState& state) {
+        if (!isGivenUp_) file_.save(state.encode());
+    }
+    /// Saves nothing any more: the file is another process's now.
+    void giveUp() { isGivenUp_ = true; }
     /// Waits until the last state is on the disk.
     std::expected<void, SystemError> flush() { return file_.flush(); }
 
  private:
     JsonFile file_;
+    bool isGivenUp_ = false;
 };
 
 }  // namespace orvane

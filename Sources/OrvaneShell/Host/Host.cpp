@@ -86,11 +86,14 @@ Host::~Host() {
 
 std::expected<void, std::string> Host::start() {
     signals_.emplace(loop_, std::initializer_list<int>{SIGTERM, SIGINT, SIGHUP}, [this](int signal) {
-        if (signal != SIGHUP || mode_ == Mode::foreground) stop();
+        if (signal == SIGHUP && mode_ != Mode::foreground) return;
+        store_->noteShutdown();
+        stop();
     });
     agents_.load();
     store_->load();
     if (auto listening = listen(); !listening) return std::unexpected(listening.error().message());
+    store_->beginRestore();
     keepPlaces();
     log_.log("launch: didFinishLaunching bundle=" + executablePath());
     return {};
@@ -142,6 +145,7 @@ bool Host::keepLock() {
             // Another host was quicker, and two must not write one state file. The socket is that host's by now.
             log_.log("launch: another host has the lock, this one stops");
             socketPath_.clear();
+            stateFile_.giveUp();
             stop();
             return true;
         }
