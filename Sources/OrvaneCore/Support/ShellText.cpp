@@ -56,8 +56,8 @@ class WordReader {
         while (!rest_.empty()) {
             const char byte = take();
             if (byte == quote) return;
-            const bool escapes = quote == '"' && byte == '\\' && !rest_.empty() &&
-                                 std::string_view("$`\"\\\n").contains(rest_.front());
+            const bool escapes =
+                quote == '"' && byte == '\\' && !rest_.empty() && std::string_view("$`\"\\\n").contains(rest_.front());
             *word_ += escapes ? take() : byte;
         }
     }

@@ -14,8 +14,7 @@ void WorkspaceModel::placeRestored(const Uuid& session, const Uuid& projectID, c
     const auto focused = focusedPanes.find(surfaceID);
     const auto focus = focused == focusedPanes.end() ? std::nullopt : std::optional(focused->second);
     const bool isFree = pane && !tree.contentID(leaf);
-    tree = isFree ? tree.assigningContent(session, leaf)
-                  : PanePlacement::placing(session, tree, focus, area).tree;
+    tree = isFree ? tree.assigningContent(session, leaf) : PanePlacement::placing(session, tree, focus, area).tree;
     // It may have come into the very pane that waits for the keyboard.
     if (!selectedSessionID && selectedProjectID == projectID) selectFocusedSession();
 }

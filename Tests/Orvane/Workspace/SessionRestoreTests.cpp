@@ -216,8 +216,11 @@ TEST_F(SessionRestoreTest, PanesThatChangedInTheMeantime) {
     const auto leaves = workspace.surfaceTrees.at(workspace.activeSurfaceID.at(home)).leafIDs();
     next->splitPane(leaves[0], PaneAxis::vertical);  // every place behind it is another one now
     next->closePane(leaves[1]);                      // where b was
-    next->createSession(
-        {.kind = SessionKind::service, .project = home, .command = "sleep 1000", .title = "x", .targetLeaf = leaves[2]});
+    next->createSession({.kind = SessionKind::service,
+                         .project = home,
+                         .command = "sleep 1000",
+                         .title = "x",
+                         .targetLeaf = leaves[2]});
     loop.advance(60s);
     EXPECT_EQ(panes(*next, home), "abxc|") << "b takes the new pane, c another";
     for (const char title : std::string("abcx"))
@@ -331,9 +334,8 @@ TEST_F(SessionRestoreTest, AChatTabFollowsItsSession) {
 
 TEST_F(SessionRestoreTest, AFullDiskKeepsTheLastGoodStateAndIsToldOnce) {
     std::vector<std::string> errors;
-    StateFile full(loop, queue, folder.path("full.json"), [&](const SystemError& error) {
-        errors.push_back(error.message());
-    });
+    StateFile full(loop, queue, folder.path("full.json"),
+                   [&](const SystemError& error) { errors.push_back(error.message()); });
     full.save({.projects = {{.name = "good", .path = "/p"}}});
     ASSERT_TRUE(full.flush().has_value());
     const std::string good = folder.read("full.json");

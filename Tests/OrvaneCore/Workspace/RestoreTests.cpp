@@ -49,9 +49,9 @@ std::string planned(const std::string& order, const std::string& sessions, const
         for (const char session : row[1])
             map[content(row[0][0])].push_back(session);
     }
-    const auto plan = RestorePlanner::plan(
-        projects, map, selected.empty() ? std::nullopt : std::optional(content(selected[0])),
-        [](char session) { return std::isupper(static_cast<unsigned char>(session)) != 0; });
+    const auto plan =
+        RestorePlanner::plan(projects, map, selected.empty() ? std::nullopt : std::optional(content(selected[0])),
+                             [](char session) { return std::isupper(static_cast<unsigned char>(session)) != 0; });
     std::string text;
     for (const auto& entry : plan.immediate)
         text += entry.item;
@@ -67,8 +67,11 @@ TEST(RestorePlannerTest, whatTheUserSeesComesFirst) {
         const char* order;
         const char* selected;
         const char* immediateThenDeferred;
-    } cases[] = {{"abc", "b", "SU tPqRv"}, {"abc", "a", "PR qStUv"}, {"cba", "c", " vStUPqR"},
-                 {"abc", "", " PqRStUv"},  {"abc", "x", " PqRStUv"}};
+    } cases[] = {{"abc", "b", "SU tPqRv"},
+                 {"abc", "a", "PR qStUv"},
+                 {"cba", "c", " vStUPqR"},
+                 {"abc", "", " PqRStUv"},
+                 {"abc", "x", " PqRStUv"}};
     for (const auto& each : cases)
         EXPECT_EQ(planned(each.order, sessions, each.selected), each.immediateThenDeferred) << each.selected;
 
@@ -115,8 +118,8 @@ TEST(SurfaceMigrationTest, theFocusKeepsItsPlaceInLeafOrder) {
 
 TEST(WorkspaceModelRestoreTest, aFileOfTheOldestKindLoadsAndIsSavedWithTabs) {
     const std::string project = content('p').upperText();
-    const std::string text = R"({"projects":[{"id":")" + project + R"(","name":"n","path":"/p"}],"layouts":{")" + project +
-                             R"(":)" + Json::write(tree("h(a,B)").encode()) + R"(,"x":7}})";
+    const std::string text = R"({"projects":[{"id":")" + project + R"(","name":"n","path":"/p"}],"layouts":{")" +
+                             project + R"(":)" + Json::write(tree("h(a,B)").encode()) + R"(,"x":7}})";
     const auto state = SavedState::decode(*Json::parse(text));
     ASSERT_TRUE(state);
     const SavedState saved = WorkspaceModel::restoring(*state, "W").saved();

@@ -44,7 +44,8 @@ SavedState full() {
         {{id("01"), {{SurfaceMeta::workspace("W"), tree("h(a,B)"), leaf('b')}, {.meta = chat}}}, {id("0A"), {}}}};
     state.activeSurfaces = {{id("01"), id("32")}};
     state.layouts = {{id("01"), tree("h(A,B)")}};
-    state.restorable = {{id("01"), {{.kind = SessionKind::claude, .command = "claude --resume 'x'", .visibleSlot = 1}, {}}}};
+    state.restorable = {
+        {id("01"), {{.kind = SessionKind::claude, .command = "claude --resume 'x'", .visibleSlot = 1}, {}}}};
     return state;
 }
 
