@@ -66,7 +66,7 @@ void SessionRestorer::drain() {
 void SessionRestorer::noteSelection() {
     if (prioritized_ == workspace_.selectedProjectID) return;
     prioritized_ = workspace_.selectedProjectID;
-    if (prioritized_) deferred_ = RestorePlanner::prioritizing(*prioritized_, std::move(deferred_));
+    if (prioritized_) deferred_ = RestorePlanner::prioritizing(*prioritized_, deferred_);
 }
 
 void SessionRestorer::stop() {

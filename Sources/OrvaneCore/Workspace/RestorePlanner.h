@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <vector>
@@ -30,9 +32,13 @@ struct Plan {
 
 /// A stable partition with the entries of the project in front.
 template <typename Item>
-std::vector<Entry<Item>> prioritizing(const Uuid& project, std::vector<Entry<Item>> in) {
-    std::ranges::stable_partition(in, [&](const Entry<Item>& entry) { return entry.projectID == project; });
-    return in;
+std::vector<Entry<Item>> prioritizing(const Uuid& project, const std::vector<Entry<Item>>& in) {
+    const auto isOfProject = [&](const Entry<Item>& entry) { return entry.projectID == project; };
+    std::vector<Entry<Item>> result;
+    result.reserve(in.size());
+    std::ranges::copy_if(in, std::back_inserter(result), isOfProject);
+    std::ranges::copy_if(in, std::back_inserter(result), std::not_fn(isOfProject));
+    return result;
 }
 
 /// Both lists are in the order of the projects and of the sessions in each; sessions of a project that is not in
@@ -49,7 +55,7 @@ Plan<Item> plan(const std::vector<Uuid>& projectOrder, const std::map<Uuid, std:
             (isSeen ? result.immediate : result.deferred).push_back({.projectID = project, .item = item});
         }
     }
-    if (selectedProjectID) result.deferred = prioritizing(*selectedProjectID, std::move(result.deferred));
+    if (selectedProjectID) result.deferred = prioritizing(*selectedProjectID, result.deferred);
     return result;
 }
 
