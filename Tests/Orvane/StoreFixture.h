@@ -70,7 +70,7 @@ class StoreFixture : public ::testing::Test {
 
     Uuid project() { return store->addProject(folder.path()); }
 
-    SessionController& session(const Uuid& inProject, const std::string& command = "sleep 1000") {
+    SessionController& session(const Uuid& inProject, const std::string& command = "exec sleep 1000") {
         SessionController* made =
             store->createSession({.kind = SessionKind::shell, .project = inProject, .command = command});
         EXPECT_NE(made, nullptr);

@@ -119,10 +119,6 @@ bool AgentControls::hasJustSwitched() const {
     return modelSwitchedAt_ && loop_.now() - *modelSwitchedAt_ < switchProtection;
 }
 
-void AgentControls::noteModel(const std::string& model) {
-    if (!hasJustSwitched()) settings_.modelName = model;
-}
-
 void AgentControls::stop() {
     timer_.reset();
     steps_.clear();

@@ -55,8 +55,6 @@ class AgentControls {
 
     /// The agent says that its user has switched to this model.
     void noteSwitchedModel(const std::string& model);
-    /// What its transcript says of its model; not heard for a while after a switch.
-    void noteModel(const std::string& model);
     /// Whether something of a command, or the draft that it displaced, is still to be typed.
     bool isTyping() const { return !steps_.empty() || !displacedDraft_.empty(); }
     void stop();

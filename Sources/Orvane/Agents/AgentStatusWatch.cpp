@@ -76,8 +76,6 @@ void AgentStatusWatch::noteInput(std::string_view bytes) {
 
 void AgentStatusWatch::noteAnswer() {
     lastAnsweringInputAt_ = wallNow();
-    // It knows nothing of this yet.
-    statusFile_ = SilenceVerdict::unknown;
     statusFile_ = SilenceVerdict::unknown;  // it does not know of the answer yet
     if (hookPhase_ == AgentPhase::awaitingApproval) hookPhase_ = AgentPhase::running;
     if (!isWaiting()) {
@@ -211,11 +209,6 @@ void AgentStatusWatch::lookForDialog() {
     if (session_.approval().isStillClosing(request, wallNow())) return;
     dialogOnScreen_ = reading.dialogUp;
     session_.noteRequest(request);
-}
-
-bool AgentStatusWatch::isDialogUp() {
-    lookForDialog();
-    return dialogOnScreen_ || terminal_.reading().dialogUp;
 }
 
 bool AgentStatusWatch::isProvenWorking() {

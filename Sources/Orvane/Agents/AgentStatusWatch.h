@@ -40,8 +40,6 @@ class AgentStatusWatch {
     void noteAnswer();
     /// The conversation begins anew.
     void forget();
-    /// What the transcript says of the turn.
-    void noteTranscriptPhase(std::optional<AgentPhase> phase) { agentPhase_ = phase; }
     /// Somebody has given it something to do.
     void noteInteraction() { userHasInteracted_ = true; }
 
@@ -53,13 +51,8 @@ class AgentStatusWatch {
     /// A dialog that comes up until then belongs to a command of ours, which answers it itself.
     void noteOwnDialog(Instant until) { ownDialogUntil_ = until; }
 
-    bool userHasInteracted() const { return userHasInteracted_; }
     /// Whether anything but what was typed says so at this moment.
     bool isProvenWorking();
-    /// A question is on the screen that nobody has answered yet.
-    bool isDialogUp();
-    /// When something was last typed.
-    std::optional<Instant> lastRealInputAt() const { return lastRealInputAt_; }
 
  private:
     void readHooks();

@@ -29,10 +29,4 @@ class LaunchSupport {
     virtual LaunchAdditions additions(const SessionController& session) = 0;
 };
 
-/// Adds nothing.
-class NoLaunchSupport final : public LaunchSupport {
- public:
-    LaunchAdditions additions(const SessionController& /*session*/) override { return {}; }
-};
-
 }  // namespace orvane

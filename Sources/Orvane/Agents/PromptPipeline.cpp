@@ -18,6 +18,10 @@ bool waitsForOthers(PromptObstacle obstacle) {
            obstacle == PromptObstacle::draft;
 }
 
+const char* word(bool is) {
+    return is ? "true" : "false";
+}
+
 }  // namespace
 
 std::uint64_t PromptPipeline::send(std::string text, std::optional<std::string> model) {
@@ -104,7 +108,8 @@ void PromptPipeline::tick() {
 void PromptPipeline::flush() {
     readinessTimer_.reset();
     const Position next = nextQueued();
-    target_.logLine("flush composerReady=" + std::string(target_.draft() ? "true" : "false") + " output=true");
+    target_.logLine(std::string("flush composerReady=") + word(target_.draft().has_value()) +
+                    " output=" + word(target_.hasProducedOutput()));
     if (const auto model = std::exchange(next->model, std::nullopt); model && !target_.runsModel(*model)) {
         target_.switchModel(*model);
         readinessTicks_ = 0;
@@ -203,21 +208,25 @@ void PromptPipeline::settle(PromptState state) {
     returnTimer_.reset();
     if (state == PromptState::delivered) {
         prompts_.erase(typed);
+    } else if (state == PromptState::failed) {
+        noteFailure(*typed);
     } else {
         typed->state = state;
     }
-    if (state == PromptState::failed) target_.promptFailed();
     target_.promptsChanged();
 }
 
 void PromptPipeline::giveUp() {
-    const Position next = nextQueued();
-    next->state = PromptState::failed;
-    target_.logLine("deliveryFailed len=" + std::to_string(Text::characterCount(next->text)));
-    forgetOldFailures();
-    target_.promptFailed();
+    noteFailure(*nextQueued());
     takeNext();
     target_.promptsChanged();
+}
+
+void PromptPipeline::noteFailure(Prompt& prompt) {
+    prompt.state = PromptState::failed;
+    target_.logLine("deliveryFailed len=" + std::to_string(Text::characterCount(prompt.text)));
+    forgetOldFailures();
+    target_.promptFailed();
 }
 
 void PromptPipeline::forgetOldFailures() {

@@ -75,6 +75,7 @@ class PromptPipeline {
     bool hasLost(const std::string& text);
     void settle(PromptState state);
     void giveUp();
+    void noteFailure(Prompt& prompt);
     void forgetOldFailures();
 
     MainLoop& loop_;

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "OrvaneCore/Support/RawValue.h"
 
 namespace orvane {
 
@@ -15,6 +18,15 @@ enum class PromptObstacle {
     working,
     dialog,  ///< it would answer a question
     draft,   ///< it would join what somebody is typing
+};
+
+template <>
+struct RawValues<PromptObstacle> {
+    static constexpr std::array table = {
+        rawValueOf(PromptObstacle::none, "none"),         rawValueOf(PromptObstacle::starting, "starting"),
+        rawValueOf(PromptObstacle::settling, "settling"), rawValueOf(PromptObstacle::working, "working"),
+        rawValueOf(PromptObstacle::dialog, "dialog"),     rawValueOf(PromptObstacle::draft, "draft"),
+    };
 };
 
 /// The agent that prompts are delivered into.
@@ -32,6 +44,7 @@ class PromptTarget {
     /// Whether the screen, the title, a hook or a file say that it works, rather than what we typed.
     virtual bool isProvenWorking() = 0;
     virtual bool isDialogUp() = 0;
+    virtual bool hasProducedOutput() const = 0;
 
     /// Bytes for the program.
     virtual void write(std::string_view bytes) = 0;

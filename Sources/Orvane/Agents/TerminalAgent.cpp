@@ -78,7 +78,7 @@ void TerminalAgent::sendRaw(std::string_view text) {
     noteInput({});
     blockPrompts();
     terminal_.write(std::string(text) + "\r");
-    if (AgentCommand::clearsContext(text)) noteClear(ClearTranscript::awaited);
+    if (AgentCommand::clearsContext(text)) noteClear();
 }
 
 void TerminalAgent::interrupt() {
@@ -87,13 +87,13 @@ void TerminalAgent::interrupt() {
 
 void TerminalAgent::noteInput(std::string_view bytes) {
     const bool clears = !bytes.empty() && PromptTyping::completesClear(watch_.draft(), bytes);
-    if (clears) return noteClear(ClearTranscript::awaited);
+    if (clears) return noteClear();
     clearAwaitingTranscript_ = false;
     watch_.noteInput(bytes);
 }
 
-void TerminalAgent::noteClear(ClearTranscript transcript) {
-    clearAwaitingTranscript_ = transcript == ClearTranscript::awaited;
+void TerminalAgent::noteClear() {
+    clearAwaitingTranscript_ = true;
     watch_.forget();
     session_.noteClear();
 }
@@ -101,7 +101,7 @@ void TerminalAgent::noteClear(ClearTranscript transcript) {
 PromptObstacle TerminalAgent::obstacle() {
     if (isWorking()) return PromptObstacle::working;
     const bool isWaiting = std::holds_alternative<SessionStatus::Waiting>(session_.status().value);
-    if (isWaiting || watch_.isDialogUp()) {
+    if (isWaiting || isDialogUp()) {
         // A new session that asks something first (may it trust the folder?) keeps a prompt waiting: a person has to
         // learn of it.
         watch_.noteInteraction();

@@ -59,7 +59,7 @@ class TerminalAgent final : private PromptTarget {
     PromptObstacle obstacle() override;
     std::optional<std::string> draft() override { return terminal_.reading().draft; }
     bool isProvenWorking() override { return watch_.isProvenWorking(); }
-    bool isDialogUp() override { return watch_.isDialogUp(); }
+    bool isDialogUp() override { return terminal_.reading().dialogUp; }
     void write(std::string_view bytes) override { terminal_.write(bytes); }
     bool takesPastes() const override { return terminal_.takesPastes(); }
     std::uint64_t revision() const override { return terminal_.revision(); }
@@ -68,14 +68,13 @@ class TerminalAgent final : private PromptTarget {
     void blockPrompts() override;
     bool runsModel(const std::string& model) const override;
     void switchModel(const std::string& model) override;
-    void noteClear() override { noteClear(ClearTranscript::awaited); }
+    bool hasProducedOutput() const override { return terminal_.hasProducedOutput(); }
+    void noteClear() override;
     void logLine(const std::string& line) override;
     void promptsChanged() override;
     void promptFailed() override;
 
-    enum class ClearTranscript { awaited, known };
     void noteInput(std::string_view bytes);
-    void noteClear(ClearTranscript transcript);
     void readModel();
     bool isWorking() const;
     bool isSettled() const;

@@ -197,7 +197,7 @@ TEST_F(ClaudeFileTest, isBelievedWhileItIsNewerThanScreenAndKeys) {
     EXPECT_EQ(question(), "input needed");
     agent().type("1");
     EXPECT_EQ(status(), "working");
-    EXPECT_FALSE(agent().watch().isDialogUp());
+    EXPECT_FALSE(agent().terminal().reading().dialogUp);
     EXPECT_EQ(question(), "");
     look();
     EXPECT_EQ(status(), "working");

@@ -54,7 +54,7 @@ TEST_F(StopSequenceTest, WaitsForNothingWhenNothingRuns) {
 }
 
 TEST_F(StopSequenceTest, EndsAsSoonAsEveryProgramHasEnded) {
-    const auto [first, firstGroup] = running("sleep 1000");
+    const auto [first, firstGroup] = running("exec sleep 1000");
     // A program that was stopped gets the signal too, and its children with it.
     const auto [second, secondGroup] = running("sleep 1000 & sleep 1000 & wait");
     ASSERT_EQ(kill(-secondGroup, SIGSTOP), 0);
@@ -66,7 +66,7 @@ TEST_F(StopSequenceTest, EndsAsSoonAsEveryProgramHasEnded) {
 
 TEST_F(StopSequenceTest, KillsWholeGroupsThatIgnoreTheSignalAfterASecond) {
     const std::string ignoring = "trap '' TERM; ";
-    const auto [polite, politeGroup] = running("sleep 1000");
+    const auto [polite, politeGroup] = running("exec sleep 1000");
     const auto [stubborn, stubbornGroup] = running(ignoring + "sh -c 'sleep 1000; sleep 1000' & wait; sleep 1000");
     const auto [closed, closedGroup] = running(ignoring + "sleep 1000; sleep 1000");
     store->closeSession(closed->id());  // closed, but its program goes on

@@ -1,6 +1,5 @@
-#include <fmt/format.h>
-
 #include <boost/json.hpp>
+#include <cmath>
 #include <ostream>
 
 #include "Orvane/Agents/TerminalAgent.h"
@@ -54,24 +53,6 @@ void addSettings(boost::json::object& object, const AgentControls::Settings& set
     add("sandbox", settings.sandboxMode);
 }
 
-std::string_view obstacleName(PromptObstacle obstacle) {
-    switch (obstacle) {
-        case PromptObstacle::none:
-            return {};
-        case PromptObstacle::starting:
-            return "starting";
-        case PromptObstacle::settling:
-            return "settling";
-        case PromptObstacle::working:
-            return "working";
-        case PromptObstacle::dialog:
-            return "dialog";
-        case PromptObstacle::draft:
-            return "draft";
-    }
-    return {};
-}
-
 void addAgent(boost::json::object& object, TerminalAgent& agent) {
     boost::json::array prompts;
     for (const PromptPipeline::Prompt& prompt : agent.prompts().prompts()) {
@@ -80,7 +61,8 @@ void addAgent(boost::json::object& object, TerminalAgent& agent) {
         prompts.push_back(std::move(row));
     }
     object["prompts"] = std::move(prompts);
-    if (const auto obstacle = obstacleName(agent.prompts().obstacle()); !obstacle.empty()) object["heldBy"] = obstacle;
+    const PromptObstacle obstacle = agent.prompts().obstacle();
+    if (obstacle != PromptObstacle::none) object["heldBy"] = rawValue(obstacle);
     if (const auto& draft = agent.terminal().reading().draft) object["draft"] = *draft;
     if (agent.terminal().hasProducedOutput()) object["silence"] = agent.terminal().silence().count();
     addSettings(object, agent.controls().settings());
@@ -102,10 +84,12 @@ Outcome serve(HostContext& host, const JSONObject& arguments) {
     return JsonValue(std::move(object));
 }
 
-std::string ageText(double seconds) {
-    if (seconds < 60) return fmt::format("{:.0f} s", seconds);
-    if (seconds < 3600) return fmt::format("{:.0f} min", seconds / 60);
-    return fmt::format("{:.1f} h", seconds / 3600);
+std::string ageText(const L10n& l10n, double seconds) {
+    constexpr double minute = 60;
+    constexpr double hour = 60 * minute;
+    if (seconds < minute) return l10n.text("age.seconds", std::lround(seconds));
+    if (seconds < hour) return l10n.text("age.minutes", std::lround(seconds / minute));
+    return l10n.text("age.hours", std::lround(seconds / hour));
 }
 
 void printRequest(ClientContext& client, const JSONObject& request) {
@@ -138,7 +122,7 @@ void print(ClientContext& client, const JsonValue& result) {
     const JSONObject evidence = status.object("evidence");
     client.output << status.string("title") << ": " << statusText(l10n, status) << " ("
                   << l10n.text("status.evidence", l10n.text("evidence." + evidence.string("source")),
-                               ageText(evidence.number("age")))
+                               ageText(l10n, evidence.number("age")))
                   << ")\n";
     if (status.contains("request")) printRequest(client, status.object("request"));
     printPrompts(client, status);
