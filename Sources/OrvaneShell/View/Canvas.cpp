@@ -8,7 +8,7 @@ namespace {
 
 /// A canvas that is drawn anew for each frame keeps the clusters of all frames, which saves making them again; when
 /// they are more than screens show, it forgets them.
-constexpr std::int32_t keptClusters = 16'384;
+constexpr std::int32_t keptClusters = 8192;
 
 }  // namespace
 

@@ -36,7 +36,7 @@ void FrameBytes::startOver() {
 void FrameBytes::moveTo(int x, int y) {
     if (x == x_ && y == y_) return;
     if (y == y_ && x_ != unknown && x > x_) {
-        control(0, x - x_ == 1 ? 0 : x - x_, 'C');
+        control(x - x_ == 1 ? 0 : x - x_, 0, 'C');
     } else {
         control(y == 0 ? 0 : y + 1, x == 0 ? 0 : x + 1, 'H');
     }
@@ -48,9 +48,8 @@ void FrameBytes::moveTo(int x, int y) {
 void FrameBytes::control(int first, int second, char final) {
     bytes += "\x1b[";
     if (first > 0) appendNumber(first, bytes);
-    const bool isPair = final == 'H';
     if (second > 0) {
-        if (isPair) bytes += ';';
+        bytes += ';';
         appendNumber(second, bytes);
     }
     bytes += final;
@@ -111,7 +110,25 @@ void FrameBytes::eraseToEndOfRow() {
 }
 
 void FrameBytes::eraseCharacters(int count) {
-    control(0, count, 'X');
+    control(count, 0, 'X');
+}
+
+/// Within margins (DECSTBM), by line feeds in the last row or reverse ones (RI) in the first, which every terminal has;
+/// setting the margins moves the cursor.
+void FrameBytes::scroll(const RowScroll& scroll) {
+    setLook({});
+    control(scroll.top + 1, scroll.bottom, 'r');
+    forgetPosition();
+    if (scroll.count > 0) {
+        moveTo(0, scroll.bottom - 1);
+        bytes.append(static_cast<std::size_t>(scroll.count), '\n');
+    } else {
+        moveTo(0, scroll.top);
+        for (int row = scroll.count; row < 0; ++row)
+            bytes += "\x1bM";
+    }
+    bytes += "\x1b[r";
+    forgetPosition();
 }
 
 }  // namespace orvane

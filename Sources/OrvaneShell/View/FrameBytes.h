@@ -6,6 +6,7 @@
 
 #include "OrvaneShell/View/CellLook.h"
 #include "OrvaneShell/View/OuterTerminal.h"
+#include "OrvaneShell/View/RowScroll.h"
 #include "TerminalEmulator/Buffer/ClusterTable.h"
 #include "TerminalEmulator/Buffer/StoredCell.h"
 
@@ -38,6 +39,8 @@ class FrameBytes {
     void write(const StoredCell& cell, const ClusterTable& clusters, int cols);
     void eraseToEndOfRow();
     void eraseCharacters(int count);
+    /// Rows that become free are blank. Sets the look of blanks.
+    void scroll(const RowScroll& scroll);
 
  private:
     static StoredCell lookOf(const StoredCell& cell);

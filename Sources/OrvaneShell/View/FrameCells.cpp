@@ -13,7 +13,7 @@ namespace orvane {
 
 namespace {
 
-constexpr std::int32_t manyClusters = 32'768;
+constexpr std::int32_t manyClusters = 8192;
 constexpr int manyHolds = 1024;
 constexpr std::uint32_t payloadMask = 0xFFFF;
 

@@ -14,6 +14,7 @@ namespace {
 constexpr int longestRewrite = 4;     ///< cells; as many bytes as CUF has
 constexpr int shortestErasedEnd = 4;  ///< EL has 3 bytes
 constexpr int shortestErased = 12;    ///< ECH and the movement behind it have up to 10 bytes
+constexpr int rowsWorthScrolling = 3;
 /// A frame of so many bytes may last longer than terminals hold output back, so that its writing is seen.
 constexpr std::size_t longestUnseen = 1024;
 
@@ -47,8 +48,9 @@ std::string FrameWriter::frame(const Canvas& next) {
     out_.bytes.clear();
     if (!isKnown_ || next.cols() != cols_ || next.rows() != rows_) startOver(next);
     cells_.tidy(shown_);
+    if (findChanged(next) >= rowsWorthScrolling) scroll(next);
     for (int y = 0; y < rows_; ++y) {
-        if (!isUnchanged(next, y)) drawRow(next, y);
+        if (isChanged_[index(y)] != 0) drawRow(next, y);
     }
     out_.closeLink();
     return wrapped(next);
@@ -58,9 +60,47 @@ std::span<StoredCell> FrameWriter::rowOf(std::vector<StoredCell>& cells, int y) 
     return std::span(cells).subspan(index(y) * index(cols_), index(cols_));
 }
 
-bool FrameWriter::isUnchanged(const Canvas& next, int y) const {
-    const auto drawn = std::span(drawn_).subspan(index(y) * index(cols_), index(cols_));
-    return contents_[index(y)] == FrameCells::Content::plain && areEqual(next.row(y), drawn);
+/// Tells rows that must be looked at from those that are as they were drawn; returns how many there are.
+int FrameWriter::findChanged(const Canvas& next) {
+    int count = 0;
+    for (int y = 0; y < rows_; ++y) {
+        const bool isPlain = contents_[index(y)] == FrameCells::Content::plain;
+        const bool isSame = isPlain && areEqual(next.row(y), rowOf(drawn_, y));
+        isChanged_[index(y)] = isSame ? 0 : 1;
+        count += isSame ? 0 : 1;
+    }
+    return count;
+}
+
+/// Moves rows that the terminal has elsewhere. What is wrong afterwards is drawn like all other changes.
+void FrameWriter::scroll(const Canvas& next) {
+    before_.clear();
+    after_.clear();
+    for (int y = 0; y < rows_; ++y) {
+        before_.push_back(RowPrint::of(rowOf(drawn_, y)));
+        after_.push_back(RowPrint::of(next.row(y)));
+    }
+    const auto scroll = findScroll(before_, after_);
+    if (!scroll) return;
+    out_.scroll(*scroll);
+    moveRows(*scroll);
+    findChanged(next);
+}
+
+void FrameWriter::moveRows(const RowScroll& scroll) {
+    const auto move = [&](auto& values, std::size_t perRow, const auto& empty) {
+        const auto begin = values.begin() + static_cast<std::ptrdiff_t>(index(scroll.top) * perRow);
+        const auto end = values.begin() + static_cast<std::ptrdiff_t>(index(scroll.bottom) * perRow);
+        const auto distance = scroll.count * static_cast<std::ptrdiff_t>(perRow);
+        if (distance > 0) {
+            std::fill(std::shift_left(begin, end, distance), end, empty);
+        } else {
+            std::fill(begin, std::shift_right(begin, end, -distance), empty);
+        }
+    };
+    move(drawn_, index(cols_), StoredCell{});
+    move(shown_, index(cols_), blank);
+    move(contents_, 1, FrameCells::Content::plain);
 }
 
 void FrameWriter::startOver(const Canvas& next) {
@@ -71,6 +111,7 @@ void FrameWriter::startOver(const Canvas& next) {
     drawn_.assign(count, {});
     shown_.assign(count, blank);
     contents_.assign(index(rows_), FrameCells::Content::plain);
+    isChanged_.assign(index(rows_), 1);
     row_.assign(index(cols_), blank);
     cursorState_ = CursorState::unknown;
     cursorStyle_.reset();

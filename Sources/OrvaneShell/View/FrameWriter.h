@@ -10,6 +10,7 @@
 #include "OrvaneShell/View/FrameBytes.h"
 #include "OrvaneShell/View/FrameCells.h"
 #include "OrvaneShell/View/OuterTerminal.h"
+#include "OrvaneShell/View/RowScroll.h"
 
 namespace orvane {
 
@@ -33,7 +34,9 @@ class FrameWriter {
     enum class CursorState : std::uint8_t { unknown, hidden, shown };
 
     std::span<StoredCell> rowOf(std::vector<StoredCell>& cells, int y) const;
-    bool isUnchanged(const Canvas& next, int y) const;
+    int findChanged(const Canvas& next);
+    void scroll(const Canvas& next);
+    void moveRows(const RowScroll& scroll);
     void startOver(const Canvas& next);
     void drawRow(const Canvas& next, int y);
     void drawCells(int y);
@@ -53,9 +56,12 @@ class FrameWriter {
     int rows_ = 0;
     std::vector<StoredCell> drawn_;  ///< rows as the last canvas had them: what is equal to them needs no second look
     std::vector<FrameCells::Content> contents_;  ///< of those rows
-    std::vector<StoredCell> shown_;              ///< what the terminal shows
-    std::vector<StoredCell> row_;                ///< the row that is being drawn
-    int disturbed_ = 0;  ///< the column in it that a character before it may have run over; -1 for none
+    std::vector<std::uint8_t> isChanged_;        ///< rows of the frame that is being made
+    std::vector<RowPrint> before_;
+    std::vector<RowPrint> after_;
+    std::vector<StoredCell> shown_;  ///< what the terminal shows
+    std::vector<StoredCell> row_;    ///< the row that is being drawn
+    int disturbed_ = 0;              ///< the column in it that a character before it may have run over; -1 for none
     CursorState cursorState_ = CursorState::unknown;
     std::optional<CursorStyle> cursorStyle_;
 };

@@ -224,9 +224,27 @@ TEST(FrameWriterTests, TooLongAndEmptyLinksAreTextAlone) {
     }
 }
 
+TEST(FrameWriterTests, RowsThatMoveAreNotWrittenAgain) {
+    for (const int count : {1, 3, -2}) {
+        Shown shown(80, 20);
+        const auto draw = [&](int first) {
+            for (int y = 1; y < 19; ++y)
+                shown.text(0, y, fmt::format("row {} of a long log with 日本 and more {:40}", first + y, ' '),
+                           {.fg = Attribute::Color::ansi256(static_cast<std::uint8_t>(first + y))});
+        };
+        shown.text(0, 0, "tabs", {.style = Attribute::CharacterStyle::inverse});
+        shown.text(0, 19, "keys", {.style = Attribute::CharacterStyle::inverse});
+        draw(100);
+        const std::size_t whole = shown.show().size();
+        draw(100 + count);
+        const std::string bytes = shown.show();
+        EXPECT_LT(bytes.size(), whole / 3) << count << ::testing::PrintToString(bytes);
+    }
+}
+
 TEST(FrameWriterTests, ClustersWithoutEndAreShownAndForgotten) {
     Shown shown(64, 4);
-    for (char32_t base = 0x4E00; base < 0x4E00 + 60; ++base) {
+    for (char32_t base = 0x4E00; base < 0x4E00 + 300; ++base) {
         shown.canvas.clear();
         for (char32_t mark = 0x300; mark < 0x300 + 60; ++mark) {
             std::string text;
