@@ -24,7 +24,7 @@ constexpr std::array<std::string_view, 6> cursorStyles{"\x1b[1 q", "\x1b[2 q", "
                                                        "\x1b[4 q", "\x1b[5 q", "\x1b[6 q"};
 
 bool areEqual(std::span<const StoredCell> a, std::span<const StoredCell> b) {
-    return std::memcmp(a.data(), b.data(), a.size_bytes()) == 0;
+    return a.empty() || std::memcmp(a.data(), b.data(), a.size_bytes()) == 0;
 }
 
 std::size_t index(int value) {
@@ -46,9 +46,10 @@ void FrameWriter::setFeatures(const OuterTerminal& features) {
 
 std::string FrameWriter::frame(const Canvas& next) {
     out_.bytes.clear();
-    if (!isKnown_ || next.cols() != cols_ || next.rows() != rows_) startOver(next);
+    const bool isFirst = !isKnown_ || next.cols() != cols_ || next.rows() != rows_;
+    if (isFirst) startOver(next);
     cells_.tidy(shown_);
-    if (findChanged(next) >= rowsWorthScrolling) scroll(next);
+    if (findChanged(next) >= rowsWorthScrolling && !isFirst) scroll(next);
     for (int y = 0; y < rows_; ++y) {
         if (isChanged_[index(y)] != 0) drawRow(next, y);
     }
@@ -60,13 +61,12 @@ std::span<StoredCell> FrameWriter::rowOf(std::vector<StoredCell>& cells, int y) 
     return std::span(cells).subspan(index(y) * index(cols_), index(cols_));
 }
 
-/// Tells rows that must be looked at from those that are as they were drawn; returns how many there are.
+/// Tells rows that must be looked at from those that are as they were drawn; returns how many have other cells.
 int FrameWriter::findChanged(const Canvas& next) {
     int count = 0;
     for (int y = 0; y < rows_; ++y) {
-        const bool isPlain = contents_[index(y)] == FrameCells::Content::plain;
-        const bool isSame = isPlain && areEqual(next.row(y), rowOf(drawn_, y));
-        isChanged_[index(y)] = isSame ? 0 : 1;
+        const bool isSame = areEqual(next.row(y), rowOf(drawn_, y));
+        isChanged_[index(y)] = isSame && contents_[index(y)] == FrameCells::Content::plain ? 0 : 1;
         count += isSame ? 0 : 1;
     }
     return count;

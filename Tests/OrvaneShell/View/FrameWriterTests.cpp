@@ -224,6 +224,19 @@ TEST(FrameWriterTests, TooLongAndEmptyLinksAreTextAlone) {
     }
 }
 
+TEST(FrameWriterTests, ACanvasMayHaveNoCells) {
+    for (const auto& [cols, rows] : {std::pair{0, 0}, {0, 3}, {5, 0}, {-1, 2}}) {
+        Canvas canvas(cols, rows);
+        canvas.cursor = {0, 0};
+        CanvasPen pen(canvas, {-2, -2, 10, 10});
+        pen.fill({0, 0, 5, 5}, {}, U'x');
+        EXPECT_EQ(pen.text(0, 0, "text", {}), 0);
+        FrameWriter writer(everyFeature);
+        EXPECT_EQ(writer.frame(canvas), "\x1b[?2026h\x1b[m\x1b]8;;\x1b\\\x1b[H\x1b[2J\x1b[?25l\x1b[?2026l");
+        EXPECT_EQ(writer.frame(canvas), "");
+    }
+}
+
 TEST(FrameWriterTests, RowsThatMoveAreNotWrittenAgain) {
     for (const int count : {1, 3, -2}) {
         Shown shown(80, 20);
