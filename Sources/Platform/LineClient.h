@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <expected>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -19,8 +21,8 @@ class LineClient {
     static std::expected<LineClient, SystemError> connect(const std::string& socketPath,
                                                           std::chrono::milliseconds patience = defaultPatience);
 
-    /// Sends a line; the end is added.
-    std::expected<void, SystemError> send(std::string_view line) const;
+    /// Sends a line; the end is added. The descriptors go along with it and stay the caller's too.
+    std::expected<void, SystemError> send(std::string_view line, std::span<const int> descriptors = {}) const;
 
     enum class Wait {
         patient,  ///< while the server does something
@@ -35,14 +37,24 @@ class LineClient {
     /// The next line the server sends, however long it takes; error number 0 when it closed the connection.
     std::expected<std::string, SystemError> readLine();
 
+    /// The next line if it is there, without waiting; else as `readLine`. More may be there after it.
+    std::expected<std::optional<std::string>, SystemError> lineIfThere();
+
+    /// To be polled: readable when `lineIfThere` may have something new.
+    int descriptor() const { return socket_.number(); }
+
  private:
     LineClient(FileDescriptor socket, std::chrono::milliseconds patience)
         : socket_(std::move(socket)), patience_(patience) {}
 
     std::expected<std::string, SystemError> readLine(int pollLimit);
+    std::optional<std::string> takeLine();
+    std::expected<void, SystemError> receive(int flags);
+
     FileDescriptor socket_;
     std::chrono::milliseconds patience_;
     std::string received_;
+    std::size_t searched_ = 0;  ///< bytes of it that hold no line end
 };
 
 }  // namespace orvane

@@ -58,4 +58,11 @@ void LineServer::remove(std::uint64_t id) {
     clients_.erase(id);
 }
 
+std::size_t LineServer::waitingDescriptors() const {
+    std::size_t count = 0;
+    for (const auto& [id, client] : clients_)
+        count += client->waitingDescriptors();
+    return count;
+}
+
 }  // namespace orvane

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Platform/FileDescriptor.h"
 #include "Platform/MainLoop.h"
@@ -22,6 +23,7 @@ class LineServer {
         std::size_t swallowedBytes = 64 << 20;             ///< a line that is longer still ends the connection
         std::size_t unsentBytes = 8 << 20;                 ///< a client that lets more pile up is dropped
         std::size_t connections = 128;                     ///< one more is told `tooManyConnections` and closed
+        std::size_t descriptors = 64;                      ///< that came with requests not yet handled, of all clients
         Duration firstRequest = std::chrono::seconds(10);  ///< from connecting to the first whole request
         Duration wholeRequest = std::chrono::seconds(10);  ///< from the first to the last byte of a request
         Duration betweenRequests = std::chrono::minutes(10);
@@ -39,9 +41,17 @@ class LineServer {
         /// Answers the current request with one line (the line end is added). The last line of one that streams.
         virtual void reply(std::string_view line) = 0;
         /// Leaves the current request open until `reply`, or until the client leaves; `stream` sends lines from then
-        /// on. What the client sends meanwhile is dropped.
+        /// on. What the client sends meanwhile is dropped, unless somebody takes it.
         virtual void beginStream() = 0;
         virtual void stream(std::string_view line) = 0;
+        /// Takes what the client sends while its stream is open, line by line and without their ends; too long ones
+        /// are dropped. Set right after `beginStream` it misses none, and is never called within this call. It may end
+        /// the stream, with which it goes.
+        virtual void onInput(std::function<void(std::string_view line)> callback) = 0;
+        /// The descriptors that came with the line of the current request, close-on-exec; the second time none. Those
+        /// that nobody has taken are closed when it is answered. A request that brought more than
+        /// `DescriptorPassing::mostDescriptors` has none.
+        virtual std::vector<FileDescriptor> takeDescriptors() = 0;
         /// Runs once: when the client has left or was dropped, or when its stream has ended.
         virtual void onClose(std::function<void()> callback) = 0;
 
@@ -76,6 +86,8 @@ class LineServer {
     void acceptAll();
     void pauseAccepting();
     void remove(std::uint64_t id);
+    /// Of all clients, in requests that are not handled yet.
+    std::size_t waitingDescriptors() const;
 
     MainLoop& loop_;
     Handlers handlers_;

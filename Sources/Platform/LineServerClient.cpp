@@ -35,12 +35,12 @@ void LineServer::Client::listen() {
 
 void LineServer::Client::readAvailable() {
     std::array<char, readSizeInBytes> buffer;
-    const ssize_t length = recv(socket_.number(), buffer.data(), buffer.size(), 0);
+    auto received = DescriptorPassing::receive(socket_.number(), buffer);
+    const ssize_t length = received.length;
     if (length < 0 && (errno == EAGAIN || errno == EINTR)) return;
     if (length > 0) {
         if (phase_ == Phase::closing) return;
-        if (phase_ == Phase::reading && waiting().empty() && !swallowing_) restartClock(server_->limits_.wholeRequest);
-        received_.append(buffer.data(), static_cast<std::size_t>(length));
+        keep({buffer.data(), static_cast<std::size_t>(length)}, std::move(received));
         return handOut();
     }
     // A client that has only closed its writing side still gets the answer to what it asked.
@@ -50,33 +50,53 @@ void LineServer::Client::readAvailable() {
     if (phase_ == Phase::reading) phase_ = Phase::closing;
 }
 
-/// Gives whole lines to the handler, one after the reply to the other.
+void LineServer::Client::keep(std::string_view bytes, DescriptorPassing::Received received) {
+    if (phase_ == Phase::reading && waiting().empty() && !swallowing_) restartClock(server_->limits_.wholeRequest);
+    if (received.descriptors.size() > server_->limits_.descriptors - server_->waitingDescriptors()) {
+        received.descriptors.clear();
+        received.isRefused = true;
+    }
+    received_.append(bytes);
+    descriptors_.add(place_ + waiting().size() - 1, std::move(received));
+}
+
+/// Gives whole lines to the handler, one after the reply to the other, or to whoever reads the stream.
 void LineServer::Client::handOut() {
     if (handingOut_) return;
     handingOut_ = true;
     int handedOut = 0;
-    while (phase_ == Phase::reading && handedOut < requestsPerTurn && handOutOne())
+    while (takesLines() && handedOut < requestsPerTurn && handOutOne())
         ++handedOut;
     handingOut_ = false;
     if (server_ == nullptr) return;
-    if (handedOut == requestsPerTurn && phase_ == Phase::reading) {
-        // A client that sends thousands of requests at once must not hold up everybody else, nor fill the memory with
-        // what it sends meanwhile.
-        readWatch_.reset();
-        server_->loop_.post([weak = weak_from_this()] {
-            if (const auto self = weak.lock()) self->handOut();
-        });
-    } else if (phase_ == Phase::streaming) {
-        consume(waiting().size());  // nothing is expected any more but the end
-    } else if (phase_ != Phase::reading) {
+    if (handedOut == requestsPerTurn && takesLines()) return goOnLater();
+    if (phase_ == Phase::streaming && !onInput_) dropInput();
+    if (phase_ == Phase::answering || phase_ == Phase::closing) {
         // Enough is waiting; the rest may wait in the socket.
         if (waiting().size() > server_->limits_.requestSizeInBytes) readWatch_.reset();
-    } else if (peerFinished_) {
+    } else if (!peerFinished_) {
+        if (!readWatch_) listen();
+    } else if (phase_ == Phase::reading) {
         phase_ = Phase::closing;
         if (unsent_.empty()) close();
-    } else if (!readWatch_) {
-        listen();
     }
+}
+
+/// A client that sends thousands of lines at once must not hold up everybody else, nor fill the memory with what it
+/// sends meanwhile.
+void LineServer::Client::goOnLater() {
+    readWatch_.reset();
+    server_->loop_.post([weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->handOut();
+    });
+}
+
+/// Nothing is expected any more but the end. A line that has begun is not taken for a request when the stream has
+/// ended before it.
+void LineServer::Client::dropInput() {
+    if (waiting().empty()) return;
+    swallowing_ = swallowsInput_ = !waiting().ends_with('\n');
+    consume(waiting().size());
 }
 
 /// Whether the next line was handed out or dropped; false when there is no whole line yet.
@@ -91,16 +111,27 @@ bool LineServer::Client::handOutOne() {
         return false;
     }
     std::string line(waiting().substr(0, end));
-    consume(end + 1);
     if (line.ends_with('\r')) line.pop_back();
+    auto descriptors = consume(end + 1);
+    if (phase_ == Phase::reading) {
+        handOutRequest(line, std::move(descriptors));
+    } else {
+        const auto takeInput = onInput_;  // which may end the stream, and so itself
+        takeInput(line);
+    }
+    return true;
+}
+
+void LineServer::Client::handOutRequest(std::string_view line, std::vector<FileDescriptor> descriptors) {
     phase_ = Phase::answering;
+    requestDescriptors_ = std::move(descriptors);
     clock_.reset();
     server_->handlers_.onRequest(shared_from_this(), line);
-    return true;
 }
 
 /// Drops a line that is too long up to its end, so that a client which first writes all and then reads gets the word.
 void LineServer::Client::swallow() {
+    if (!swallowing_) swallowsInput_ = phase_ == Phase::streaming;
     const auto end = waiting().find('\n');
     const std::size_t length = end == std::string_view::npos ? waiting().size() : end + 1;
     swallowed_ += length;
@@ -109,21 +140,28 @@ void LineServer::Client::swallow() {
     if (swallowed_ > server_->limits_.swallowedBytes) return refuse(Fault::requestTooLong);
     if (swallowing_) return;
     swallowed_ = 0;
+    if (swallowsInput_) return;
     send(server_->handlers_.faultReply(Fault::requestTooLong));
     if (phase_ == Phase::reading) restartClock(server_->limits_.betweenRequests);
 }
 
-void LineServer::Client::consume(std::size_t length) {
+/// Goes on behind so many of the bytes that wait, and returns the descriptors that came with them.
+std::vector<FileDescriptor> LineServer::Client::consume(std::size_t length) {
+    place_ += length;
     consumed_ += length;
     searched_ = 0;
-    if (consumed_ < received_.size() / 2) return;  // moving the rest each time would cost its square
-    received_.erase(0, consumed_);
-    consumed_ = 0;
+    if (consumed_ >= received_.size() / 2) {  // moving the rest each time would cost its square
+        received_.erase(0, consumed_);
+        consumed_ = 0;
+    }
+    return descriptors_.takeBefore(place_);
 }
 
 void LineServer::Client::reply(std::string_view line) {
     if (phase_ != Phase::answering && phase_ != Phase::streaming) return;
     const auto endOfStream = phase_ == Phase::streaming ? std::exchange(onClose_, nullptr) : nullptr;
+    if (std::exchange(onInput_, nullptr)) dropInput();
+    requestDescriptors_.clear();
     phase_ = peerFinished_ && waiting().empty() ? Phase::closing : Phase::reading;
     send(line);
     if (endOfStream) endOfStream();
@@ -133,7 +171,17 @@ void LineServer::Client::reply(std::string_view line) {
 }
 
 void LineServer::Client::beginStream() {
-    if (phase_ == Phase::answering) phase_ = Phase::streaming;
+    if (phase_ != Phase::answering) return;
+    phase_ = Phase::streaming;
+    if (!handingOut_) goOnLater();  // with what came while the request waited
+}
+
+void LineServer::Client::onInput(std::function<void(std::string_view line)> callback) {
+    if (phase_ == Phase::streaming) onInput_ = std::move(callback);
+}
+
+std::vector<FileDescriptor> LineServer::Client::takeDescriptors() {
+    return std::exchange(requestDescriptors_, {});
 }
 
 void LineServer::Client::stream(std::string_view line) {
@@ -206,6 +254,9 @@ void LineServer::Client::detach() {
     readWatch_.reset();
     writeWatch_.reset();
     clock_.reset();
+    onInput_ = nullptr;
+    requestDescriptors_.clear();
+    descriptors_ = {};
     socket_.close();
     if (const auto callback = std::exchange(onClose_, nullptr)) callback();
 }

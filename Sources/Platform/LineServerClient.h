@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/DescriptorPassing.h"
 #include "Platform/LineServer.h"
 
 namespace orvane {
@@ -14,12 +15,15 @@ class LineServer::Client final : public LineServer::Connection,
     void reply(std::string_view line) override;
     void beginStream() override;
     void stream(std::string_view line) override;
+    void onInput(std::function<void(std::string_view line)> callback) override;
+    std::vector<FileDescriptor> takeDescriptors() override;
     void onClose(std::function<void()> callback) override;
 
     /// Sends a last line and closes when it is out.
     void refuse(Fault fault);
     /// Forgets the server, which is going away or has dropped this client.
     void detach();
+    std::size_t waitingDescriptors() const { return descriptors_.count() + requestDescriptors_.size(); }
 
  private:
     enum class Phase {
@@ -32,11 +36,17 @@ class LineServer::Client final : public LineServer::Connection,
 
     void listen();
     void readAvailable();
+    void keep(std::string_view bytes, DescriptorPassing::Received received);
     void handOut();
+    void goOnLater();
+    void dropInput();
+    /// Whether somebody waits for the next line.
+    bool takesLines() const { return phase_ == Phase::reading || (phase_ == Phase::streaming && onInput_); }
     bool handOutOne();
+    void handOutRequest(std::string_view line, std::vector<FileDescriptor> descriptors);
     void swallow();
     std::string_view waiting() const { return std::string_view(received_).substr(consumed_); }
-    void consume(std::size_t length);
+    std::vector<FileDescriptor> consume(std::size_t length);
     void send(std::string_view line);
     void flush();
     void drop();
@@ -50,15 +60,20 @@ class LineServer::Client final : public LineServer::Connection,
     Phase phase_ = Phase::reading;
     bool peerFinished_ = false;  ///< the client will send nothing more
     bool handingOut_ = false;
-    bool swallowing_ = false;  ///< the current line is over the limit
+    bool swallowing_ = false;     ///< the current line is over the limit, or belongs to a stream that nobody reads
+    bool swallowsInput_ = false;  ///< it belongs to a stream, and is not answered
     std::size_t swallowed_ = 0;
     std::string received_;
     std::size_t consumed_ = 0;  ///< bytes of `received_` that are done with
     std::size_t searched_ = 0;  ///< bytes after those that hold no line end
+    std::uint64_t place_ = 0;   ///< of those in all that the client has sent
+    DescriptorPassing::Waiting descriptors_;
+    std::vector<FileDescriptor> requestDescriptors_;
     std::string unsent_;
     Registration readWatch_;
     Registration writeWatch_;
     Registration clock_;
+    std::function<void(std::string_view line)> onInput_;
     std::function<void()> onClose_;
 };
 

@@ -22,6 +22,8 @@ class RecordingConnection final : public LineServer::Connection {
     }
     void beginStream() override { isStreaming = true; }
     void stream(std::string_view line) override { lines.emplace_back(line); }
+    void onInput(std::function<void(std::string_view line)>) override {}
+    std::vector<FileDescriptor> takeDescriptors() override { return {}; }
     void onClose(std::function<void()> callback) override { close = std::move(callback); }
 
     std::vector<std::string> lines;
