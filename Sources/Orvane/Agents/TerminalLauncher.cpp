@@ -60,6 +60,7 @@ std::expected<LaunchPlan, LaunchPlan::Error> TerminalLauncher::planFor(const Ses
                                 .shell = setup_.shell.shell,
                                 .baseEnvironment = LocalProcess::defaultEnvironment(setup_.shell.environment),
                                 .locale = setup_.shell.locale,
+                                .sessionID = session.id().lowerText(),
                                 .loginEnvironment = setup_.login.entries(),
                                 .toolFolders = setup_.shell.toolFolders,
                                 .browserVariables = std::move(additions.browserVariables),

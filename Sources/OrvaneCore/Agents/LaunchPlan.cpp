@@ -61,6 +61,9 @@ class Composer {
     void prepareEnvironment() {
         plan_.environment = request_.baseEnvironment;
         EnvironmentList::set(plan_.environment, "LANG", request_.locale);
+        if (!request_.sessionID.empty()) {
+            EnvironmentList::set(plan_.environment, LaunchPlan::sessionVariable, request_.sessionID);
+        }
         if (!isAgent(request_.kind)) return;
         for (const std::string& entry : request_.browserVariables)
             plan_.environment.push_back(entry);

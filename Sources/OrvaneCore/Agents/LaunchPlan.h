@@ -30,6 +30,8 @@ struct LaunchRequest {
     /// What the terminal tells its child, such as TERM.
     EnvironmentEntries baseEnvironment;
     std::string locale = "en_US.UTF-8";
+    /// What `LaunchPlan::sessionVariable` tells the programs of the session; empty leaves it as it is.
+    std::string sessionID;
     /// From `LoginEnvironment`; none while it is not known.
     std::optional<EnvironmentEntries> loginEnvironment;
     /// Where the agents' programs are (`ToolPathRescue::hosting`), for when it is not known.
@@ -55,6 +57,9 @@ struct LaunchPlan {
 
     /// The longest argument that Linux takes (MAX_ARG_STRLEN) without its terminating NUL.
     static constexpr std::size_t maximumCommandSize = 128 * 1024 - 1;
+
+    /// By this variable a program knows that it runs in a session of ours, and in which.
+    static constexpr std::string_view sessionVariable = "ORVANE_SESSION";
 
     /// Tells Claude of the browser; a flag with a leading blank.
     static constexpr std::string_view browserPrompt =

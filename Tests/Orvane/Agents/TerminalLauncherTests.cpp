@@ -161,7 +161,8 @@ std::vector<Row> rows() {
     };
 }
 
-void expectEnvironment(const Report& report, SessionKind kind, const std::string& home) {
+void expectEnvironment(const Report& report, const SessionController& session, const std::string& home) {
+    const SessionKind kind = session.identity().kind;
     const auto expect = [&](std::string_view name, std::optional<std::string> value) {
         EXPECT_EQ(EnvironmentList::value(report.environment, name), value) << name;
     };
@@ -172,6 +173,7 @@ void expectEnvironment(const Report& report, SessionKind kind, const std::string
     expect("COLORTERM", "truecolor");
     expect("HOME", home);
     expect("LOGIN_ONLY", "it's mine");
+    expect("ORVANE_SESSION", session.id().lowerText());
     expect("CLAUDECODE", std::nullopt);
     expect("CLAUDE_CODE_SSE_PORT", std::nullopt);
     expect("ORVANE_BROWSER_URL", onlyIf(isAgent(kind), "http://127.0.0.1:1"));
@@ -203,7 +205,7 @@ TEST_P(RealShellTest, startsEachKindWithItsWordsInItsFolderAndEnvironment) {
         const Report seen = report(session);
         EXPECT_EQ(seen.folder, session.identity().projectPath);
         EXPECT_THAT(seen.arguments, ElementsAreArray(expected));
-        expectEnvironment(seen, row.kind, home);
+        expectEnvironment(seen, session, home);
     }
     // Neither the profile nor the terminal tells of this folder.
     const std::string path = ":" + EnvironmentList::value(report(*sessions[6]).environment, "PATH").value_or("") + ":";

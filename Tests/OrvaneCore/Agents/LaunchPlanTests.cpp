@@ -108,8 +108,11 @@ TEST(LaunchPlanTest, ordersAndCleansTheEnvironment) {
     launch.kind = SessionKind::service;
     launch.loginEnvironment.reset();
     launch.locale = "C.UTF-8";
+    // A host that was started in a session has the mark of that one.
+    launch.baseEnvironment.emplace_back("ORVANE_SESSION=other");
+    launch.sessionID = "mine";
     EXPECT_EQ(LaunchPlan::compose(launch)->environment,
-              (EnvironmentEntries{"TERM=xterm-256color", "LANG=C.UTF-8", "CLAUDECODEX=1"}));
+              (EnvironmentEntries{"TERM=xterm-256color", "LANG=C.UTF-8", "CLAUDECODEX=1", "ORVANE_SESSION=mine"}));
 }
 
 TEST(LaunchPlanTest, withoutACaptureTheShellBuildsItsOwnEnvironment) {
