@@ -33,7 +33,7 @@ class HostTest : public ::testing::Test {
  protected:
     HostTest() {
         environment = currentEnvironment();
-        for (const char* name : {"LC_ALL", "LANG", "LC_MESSAGES"})
+        for (const char* name : {"LC_ALL", "LANG", "LC_MESSAGES", "ORVANE_SESSION"})
             environment.erase(name);
         environment["HOME"] = folder.path();
         environment["XDG_DATA_HOME"] = folder.path("data");

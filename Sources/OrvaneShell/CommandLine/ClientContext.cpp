@@ -12,13 +12,6 @@
 
 namespace orvane {
 
-namespace {
-
-/// A host that is about to end may be met more than once before its socket is gone.
-constexpr int attempts = 5;
-
-}  // namespace
-
 std::string ClientContext::allInput() const {
     std::string input;
     std::array<char, 4096> bytes;
@@ -90,6 +83,10 @@ void ClientContext::printResult(const JSONObject& reply, const std::function<voi
     print(result == nullptr ? JsonValue() : *result);
 }
 
+bool ClientContext::wasUnread(const SystemError& error) {
+    return error.number == ECONNRESET || error.number == EPIPE;
+}
+
 int ClientContext::hostGone(const SystemError& error) {
     connection_.reset();
     errors << l10n.text("error.hostGone", error.message()) << '\n';
@@ -105,9 +102,7 @@ std::expected<std::string, int> ClientContext::exchange(const std::string& line,
         auto reply = (*connection)->request(line, wait);
         if (reply) return std::move(*reply);
         connection_.reset();
-        // A host that was ending did not read it: the next host may, or there is none.
-        const bool wasRead = reply.error().number != ECONNRESET && reply.error().number != EPIPE;
-        if (!wasRead && attempt < attempts) continue;
+        if (wasUnread(reply.error()) && attempt < attempts) continue;
         return std::unexpected(hostGone(reply.error()));
     }
 }

@@ -56,6 +56,19 @@ class ClientContext {
                      const std::function<void(const JSONObject&)>& printLine,
                      const std::function<void(const JsonValue&)>& print, HostStart start = HostStart::never);
 
+    /// For an exchange that a verb leads itself: the connection, made if there is none, or the exit status once the
+    /// reason was told; the line of a request; and the exit status of a refusal, which it tells.
+    std::expected<LineClient*, int> connect(HostStart start);
+    void disconnect() { connection_.reset(); }
+    std::string requestLine(std::string_view verb, const boost::json::object& arguments) const;
+    int explain(const JSONObject& error);
+    /// Tells that the host gave no answer, and gives the connection up.
+    int hostGone(const SystemError& error);
+    /// Whether a request that ended so was read by nobody and had no effect: the next host may take it, or there is
+    /// none. A host that is about to end may be met `attempts` times before its socket is gone.
+    static bool wasUnread(const SystemError& error);
+    static constexpr int attempts = 5;
+
     /// What was typed for a project: a path ("/…", ".", "./…", "..", "../…") as projects are registered, absolute and
     /// with links resolved; ids and names as they are.
     std::string projectText(const std::string& typed) const;
@@ -64,12 +77,8 @@ class ClientContext {
     void printJson(const JsonValue& value);
 
  private:
-    std::expected<LineClient*, int> connect(HostStart start);
     std::expected<std::string, int> exchange(const std::string& line, HostStart start, LineClient::Wait wait);
-    int hostGone(const SystemError& error);
     static void printResult(const JSONObject& reply, const std::function<void(const JsonValue&)>& print);
-    std::string requestLine(std::string_view verb, const boost::json::object& arguments) const;
-    int explain(const JSONObject& error);
     bool confirms(const JSONObject& details);
 
     std::unique_ptr<LineClient> connection_;

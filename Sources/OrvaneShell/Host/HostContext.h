@@ -16,6 +16,7 @@ struct HostContext {
     AppStore& store;
     CustomAgentStore& agents;
     ToolsManager& tools;
+    const ViewOpening& openView;
     L10n l10n;
     std::weak_ptr<LineServer::Connection> connection;
     /// Answers a request whose outcome was `Later`, or ends one that was `Streaming`. May be kept; does nothing once

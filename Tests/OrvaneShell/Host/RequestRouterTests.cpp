@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "Orvane/StoreFixture.h"
+#include "OrvaneShell/Host/HostContext.h"
 
 namespace orvane {
 namespace {
@@ -316,6 +317,22 @@ TEST_F(RequestRouterTest, ToolsAreToldAndInstalledWithTheLogFirst) {
     EXPECT_THAT(client->lines[2], HasSubstr("fehlgeschlagen"));
     EXPECT_EQ(late->lines[0], client->lines[0]);
     EXPECT_THAT(late->lines[2], HasSubstr("The installation failed."));
+}
+
+TEST_F(RequestRouterTest, TheViewIsOpenedByWhoeverOffersOne) {
+    EXPECT_THAT(refusal("view"), HasSubstr("no view"));
+    RequestRouter offering{{.store = *store,
+                            .agents = agents,
+                            .tools = *tools,
+                            .openView = [](HostContext& host, const JSONObject& arguments) -> Outcome {
+                                EXPECT_FALSE(host.connection.expired());
+                                return JsonValue{{"reason", arguments.string("project")}};
+                            }},
+                           {},
+                           [] {}};
+    const auto client = std::make_shared<RecordingConnection>();
+    offering.handle(client, R"({"verb":"view","arguments":{"project":"mine"}})");
+    EXPECT_THAT(client->lines, ElementsAre(R"({"ok":true,"result":{"reason":"mine"}})"));
 }
 
 TEST_F(RequestRouterTest, FollowersSeeChangesUntilTheyLeave) {

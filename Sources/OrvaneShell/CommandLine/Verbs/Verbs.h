@@ -5,6 +5,7 @@
 /// Each verb is described and carried out in a source of its own beside this header.
 namespace orvane::Verbs {
 
+Verb view();
 Verb host();
 Verb open();
 Verb new_();

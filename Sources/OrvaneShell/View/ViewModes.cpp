@@ -1,0 +1,34 @@
+#include "OrvaneShell/View/ViewModes.h"
+
+namespace orvane {
+
+// Names after xterm's "Control Sequences". Where a terminal does not know a sequence and shows its last character, as
+// the Linux console may, the erasure behind it takes that away.
+
+std::string_view viewEnterText() {
+    return "\x1b[?1049h"             // alternate screen
+           "\x1b[?25l"               // DECTCEM: no cursor
+           "\x1b[r\x1b[?6l\x1b[4l"   // no margins, no origin mode, no insert mode
+           "\x1b(B\x0f"              // ASCII, and not line drawing
+           "\x1b[?7l"                // DECAWM: the last column may be written without a scroll
+           "\x1b[?2004h\x1b[?1004h"  // bracketed paste, focus
+           "\x1b[?1002h\x1b[?1006h"  // buttons and dragging, in SGR form
+           "\x1b[?u\x1b[?2026$p"     // the questions
+           "\x1b[c"                  // DA1, which everyone answers, comes last
+           "\x1b[m\x1b[H\x1b[2J";    // an empty screen
+}
+
+std::string_view viewLeaveText() {
+    return "\x18\x1b\\"                                    // CAN and ST end what was cut
+           "\x1b[?2026l"                                   // shows what was held back
+           "\x1b[?1003l\x1b[?1002l\x1b[?1000l\x1b[?1006l"  // early: the mouse goes on moving
+           "\x1b[?1004l\x1b[?2004l"                        // focus, bracketed paste
+           "\x1b[<u\x1b[>4m"                               // keyboard: kitty's protocol, modifyOtherKeys
+           "\x1b[?7h\x1b[r\x1b(B\x0f"                      // autowrap, margins, ASCII
+           "\x1b]8;;\x1b\\"                                // no link
+           "\x1b[m\x1b[0 q\x1b[?25h"                       // plain text; the user's cursor, shown
+           "\x1b[H\x1b[2J"                                 // for terminals without an alternate screen
+           "\x1b[?1049l";
+}
+
+}  // namespace orvane
