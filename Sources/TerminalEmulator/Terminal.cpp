@@ -152,6 +152,10 @@ const KeyboardModeState& Terminal::keyboardMode() const {
     return engine_->state.keyboardMode();
 }
 
+const KeyModifierOptions& Terminal::keyModifiers() const {
+    return engine_->state.heldModes.keyModifiers;
+}
+
 CursorStyle Terminal::cursorStyle() const {
     return engine_->state.cursorStyle;
 }

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "TerminalEmulator/Buffer/Buffer.h"
+#include "TerminalEmulator/Engine/KeyModifierOptions.h"
 #include "TerminalEmulator/Links/LinkMatch.h"
 #include "TerminalEmulator/Parser/StringEnd.h"
 #include "TerminalEmulator/Position.h"
@@ -101,6 +102,7 @@ class Terminal {
     // State.
     const TerminalModes& modes() const;
     const KeyboardModeState& keyboardMode() const;  ///< of the screen that is shown
+    const KeyModifierOptions& keyModifiers() const;
     CursorStyle cursorStyle() const;
     TerminalConformance conformance() const;
     const std::string& terminalTitle() const;
