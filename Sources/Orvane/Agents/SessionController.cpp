@@ -6,6 +6,7 @@
 
 #include "Orvane/Agents/TerminalAgent.h"
 #include "Orvane/Support/WallClock.h"
+#include "OrvaneCore/Support/Text.h"
 #include "Platform/ProcessGroup.h"
 #include "TerminalEmulator/HeadlessTerminal.h"
 
@@ -45,6 +46,7 @@ void SessionController::launch(SessionLauncher& launcher) {
     };
     auto launched = launcher.launch(*this, {.onActivity = bound(&SessionController::noteActivity),
                                             .onTitle = bound(&SessionController::noteTitle),
+                                            .onNews = bound(&SessionController::noteNews),
                                             .onExit = bound(&SessionController::noteExit)});
     if (!launched) {
         launchFailure_ = std::move(launched.error());
@@ -63,6 +65,11 @@ std::string SessionController::title() const {
     if (!appearance_.userTitle.empty()) return appearance_.userTitle;
     if (identity_.agentSpec) return identity_.agentSpec->name;
     return std::string(rawValue(identity_.kind));
+}
+
+void SessionController::rename(const std::string& title) {
+    appearance_.userTitle = Text::oneLine(title);
+    changed();
 }
 
 pid_t SessionController::processId() const {
@@ -128,6 +135,7 @@ void SessionController::showNotice(std::string_view textKey) {
 }
 
 void SessionController::noteActivity(std::string_view bytes) {
+    if (callbacks_.onOutput) callbacks_.onOutput();
     if (hasExited_) return;
     if (agent_ != nullptr) return agent_->noteOutput(bytes);
     setStatus({SessionStatus::Working{}}, StatusSource::output);
@@ -135,6 +143,10 @@ void SessionController::noteActivity(std::string_view bytes) {
 
 void SessionController::noteTitle() {
     if (agent_ != nullptr && !hasExited_) agent_->noteTitle();
+}
+
+void SessionController::noteNews(const TerminalNews& news) {
+    if (callbacks_.onNews) callbacks_.onNews(news);
 }
 
 void SessionController::noteExit(int waitStatus) {

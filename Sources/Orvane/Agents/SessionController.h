@@ -57,6 +57,9 @@ class SessionController : public std::enable_shared_from_this<SessionController>
         std::function<void()> onFocus;
         std::function<void()> onHostAttached;
         std::function<void()> onAttention;
+        /// Its terminal shows something else than before.
+        std::function<void()> onOutput;
+        std::function<void(const TerminalNews&)> onNews;
     };
 
     /// What sessions live in; the loop must outlive them.
@@ -90,6 +93,8 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     /// What to call it: the user's title, else the name of the agent, else that of the kind.
     std::string title() const;
     const Appearance& appearance() const { return appearance_; }
+    /// The title that the user gives; a blank one takes it back.
+    void rename(const std::string& title);
     /// The process id of the program; 0 without one.
     pid_t processId() const;
     /// The terminal of the program, also after it has ended; null when it never had one.
@@ -141,6 +146,7 @@ class SessionController : public std::enable_shared_from_this<SessionController>
  private:
     void noteActivity(std::string_view bytes);
     void noteTitle();
+    void noteNews(const TerminalNews& news);
     void noteExit(int waitStatus);
     void changed();
     void collectProcessGroups();

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "Orvane/Agents/LaunchFailure.h"
+#include "Orvane/Agents/TerminalNews.h"
 
 namespace orvane {
 
@@ -41,6 +42,7 @@ struct SessionProcessEvents {
     std::function<void(std::string_view bytes)> onActivity;
     /// The program has given its terminal a title, which may be the same; after the bytes around it are shown.
     std::function<void()> onTitle;
+    std::function<void(const TerminalNews& news)> onNews;
     /// The wait status of the program that ended.
     std::function<void(int)> onExit;
 };

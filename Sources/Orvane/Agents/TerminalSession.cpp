@@ -19,12 +19,21 @@ TerminalSession::Screen::Screen(MainLoop& loop, MainLoop& reader, SessionProcess
                            onExit(waitStatus.value_or(unknownEnd));
                        }),
       onActivity_(std::move(events.onActivity)),
-      onTitle_(std::move(events.onTitle)) {}
+      onTitle_(std::move(events.onTitle)),
+      onNews_(std::move(events.onNews)) {}
 
 void TerminalSession::Screen::dataReceived(std::string_view slice) {
     HeadlessTerminal::dataReceived(slice);
     onActivity_(slice);
     if (std::exchange(hasNewTitle_, false)) onTitle_();
+}
+
+void TerminalSession::Screen::clipboardCopy(std::string_view content) {
+    onNews_({TerminalNews::Clipboard{std::string(content)}});
+}
+
+void TerminalSession::Screen::notify(std::string_view title, std::string_view body) {
+    onNews_({TerminalNews::Notification{.title = std::string(title), .body = std::string(body)}});
 }
 
 TerminalSession::TerminalSession(MainLoop& loop, MainLoop& reader, SessionProcessEvents events,

@@ -37,6 +37,9 @@ class TerminalSession final : public SessionProcess {
         Screen(MainLoop& loop, MainLoop& reader, SessionProcessEvents events);
         bool isProcessTrusted() override { return false; }
         void setTerminalTitle(std::string_view /*title*/) override { hasNewTitle_ = true; }
+        void bell() override { onNews_({TerminalNews::Bell{}}); }
+        void clipboardCopy(std::string_view content) override;
+        void notify(std::string_view title, std::string_view body) override;
 
      protected:
         void dataReceived(std::string_view slice) override;
@@ -44,6 +47,7 @@ class TerminalSession final : public SessionProcess {
      private:
         std::function<void(std::string_view)> onActivity_;
         std::function<void()> onTitle_;
+        std::function<void(const TerminalNews&)> onNews_;
         bool hasNewTitle_ = false;
     };
 

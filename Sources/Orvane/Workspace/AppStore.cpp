@@ -39,6 +39,12 @@ void AppStore::restoreShell() {
     interface_.panelTab = tab.value_or(PanelTab::changes);
 }
 
+void AppStore::setRailHidden(bool isHidden) {
+    interface_.shellCollapse.railHidden = isHidden;
+    services_.preferences.setBoolean("shell.rail.hidden", isHidden);
+    scheduleChange();
+}
+
 void AppStore::load() {
     auto state = services_.stateFile.load();
     if (!state) return;

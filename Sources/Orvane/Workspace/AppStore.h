@@ -78,6 +78,10 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     Signal<> changed;
     /// At once, for each change of a session.
     Signal<SessionEvent> sessionEvents;
+    /// At once, whenever the terminal of a session shows something else; many times in a turn when much is written.
+    Signal<SessionController> sessionOutput;
+    /// At once: what a program tells beside its output.
+    Signal<SessionController, TerminalNews> sessionNews;
     /// Another start of the program asked this one to come to the front.
     Signal<> activationRequested;
     /// The newest events, oldest first, at most `keptEvents`.
@@ -116,6 +120,8 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     /// The only way a session comes to be. None for an unknown project, and once all sessions were told to end.
     SessionController* createSession(const SessionRequest& request);
     void selectSession(const Uuid& id);
+    /// A blank title gives the session back its own.
+    void renameSession(const Uuid& id, const std::string& title);
     /// Asks the view for a confirmation.
     void requestCloseSession(const Uuid& id);
     /// Stops the session; its pane stays behind, empty.
@@ -147,6 +153,8 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     void resignedActive();
     bool isActive() const { return static_cast<bool>(branchTimer_); }
     void noteInterfaceChange() { scheduleChange(); }
+    /// Whether the side rail shows, from now on and in later runs.
+    void setRailHidden(bool isHidden);
 
     enum class Window { none, visible };
     enum class QuitReply {

@@ -104,6 +104,10 @@ SessionController::Callbacks AppStore::callbacksFor(const std::shared_ptr<Sessio
                 self.services_.notify(controller);
             }
         }),
+        .onOutput = bound([](AppStore& self, SessionController& controller) { self.sessionOutput.emit(controller); }),
+        .onNews = bound([](AppStore& self, SessionController& controller, const TerminalNews& news) {
+            self.sessionNews.emit(controller, news);
+        }),
     };
 }
 
@@ -141,6 +145,13 @@ void AppStore::selectSession(const Uuid& id) {
     clearOverlay();
     workspace_.selectSession(id, selected->identity().projectID);
     selected->clearAttention();
+    committed();
+}
+
+void AppStore::renameSession(const Uuid& id, const std::string& title) {
+    SessionController* renamed = session(id);
+    if (renamed == nullptr) return;
+    renamed->rename(title);
     committed();
 }
 

@@ -1,15 +1,30 @@
 #include "OrvaneShell/CommandLine/Overview.h"
 
+#include <unistd.h>
+
 #include <boost/json.hpp>
 #include <ostream>
 
+#include "OrvaneCore/Agents/LaunchPlan.h"
 #include "OrvaneShell/CommandLine/ClientContext.h"
 #include "OrvaneShell/CommandLine/CommandStatus.h"
 #include "OrvaneShell/CommandLine/VerbTable.h"
+#include "OrvaneShell/View/ViewClient.h"
 
 namespace orvane::Overview {
 
+namespace {
+
+/// Whether the view can be opened here: in a terminal, but not in a pane of a view.
+bool canView(const ClientContext& client) {
+    return isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0 &&
+           variable(client.environment, std::string(LaunchPlan::sessionVariable)).empty();
+}
+
+}  // namespace
+
 int show(ClientContext& client) {
+    if (canView(client)) return ViewClient::run(client, {});
     JsonValue projects;
     int status = client.ask("projects", {}, [&](const JsonValue& result) { projects = result; }, HostStart::ifNeeded);
     if (status != CommandStatus::done) return status;
@@ -22,6 +37,7 @@ int show(ClientContext& client) {
     if (status != CommandStatus::done) return status;
     client.output << '\n';
     status = verbNamed("list")->run(client, {});
+    client.output << '\n' << client.l10n.text("overview.view", "orvane");
     client.output << '\n' << client.l10n.text("help.more", "orvane help") << '\n';
     return status;
 }

@@ -74,7 +74,13 @@ Host::Host(Mode mode, Environment environment, InstanceLock lock, DiagnosticLog 
                              .launcher = &launcher_,
                              .customAgent = [this](const Uuid& id) { return agents_.spec(id); }})),
       stopSequence_(loop_, store_),
-      router_({.store = *store_, .agents = agents_, .tools = *tools_}, l10n_, [this] { stop(); }),
+      views_(preferences_, Folders::home(environment_), [this] { stop(); }),
+      router_(
+          {.store = *store_,
+           .agents = agents_,
+           .tools = *tools_,
+           .openView = [this](HostContext& host, const JSONObject& arguments) { return views_.open(host, arguments); }},
+          l10n_, [this] { stop(); }),
       server_(loop_,
               {.onRequest = [this](const auto& connection, std::string_view line) { router_.handle(connection, line); },
                .faultReply = [this](LineServer::Fault fault) { return router_.faultReply(fault); }},
@@ -187,6 +193,7 @@ void Host::stop() {
     // A command that comes now waits for the end and then starts the next host or finds none; this one would soon
     // forget what it was told.
     server_.stopServing();
+    views_.endAll();
     lockWatch_.reset();
     socketWatch_.reset();
     placesRetry_.reset();

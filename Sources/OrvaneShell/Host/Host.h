@@ -12,6 +12,7 @@
 #include "Orvane/Workspace/AppStore.h"
 #include "Orvane/Workspace/StopSequence.h"
 #include "OrvaneShell/Host/RequestRouter.h"
+#include "OrvaneShell/View/ViewHost.h"
 #include "Platform/AsioMainLoop.h"
 #include "Platform/BackgroundPool.h"
 #include "Platform/DiagnosticLog.h"
@@ -69,6 +70,7 @@ class Host {
     std::shared_ptr<ToolsManager> tools_;
     std::shared_ptr<AppStore> store_;
     StopSequence stopSequence_;
+    ViewHost views_;
     RequestRouter router_;
     LineServer server_;
     std::string socketPath_;

@@ -1,5 +1,8 @@
 #include "OrvaneShell/View/ViewModes.h"
 
+#include "OrvaneCore/Support/Text.h"
+#include "TerminalEmulator/Engine/Base64.h"
+
 namespace orvane {
 
 // Names after xterm's "Control Sequences". Where a terminal does not know a sequence and shows its last character, as
@@ -29,6 +32,26 @@ std::string_view viewLeaveText() {
            "\x1b[m\x1b[0 q\x1b[?25h"                       // plain text; the user's cursor, shown
            "\x1b[H\x1b[2J"                                 // for terminals without an alternate screen
            "\x1b[?1049l";
+}
+
+std::string_view viewKeyboardText() {
+    return "\x1b[=5;1u";
+}
+
+std::string_view viewMotionText(bool isWanted) {
+    return isWanted ? "\x1b[?1003h" : "\x1b[?1003l\x1b[?1002h";
+}
+
+std::string viewTitleText(std::string_view title) {
+    return "\x1b]2;" + Text::oneLine(title) + "\x1b\\";
+}
+
+std::string viewClipboardText(std::string_view content) {
+    return "\x1b]52;c;" + Base64::encode(content) + "\x1b\\";
+}
+
+std::string viewNotificationText(std::string_view line) {
+    return "\a\x1b]9;" + Text::oneLine(line) + "\x1b\\";
 }
 
 }  // namespace orvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace orvane {
@@ -13,5 +14,20 @@ std::string_view viewEnterText();
 /// What a terminal is told at the end, in whatever state the view has left it, be it in the middle of a sequence. Does
 /// no harm to one that is in none of these modes but that its screen is cleared.
 std::string_view viewLeaveText();
+
+/// For a terminal with the keyboard protocol of kitty: keys that the old form confuses come in the new one. The leave
+/// text takes it back.
+std::string_view viewKeyboardText();
+
+/// Whether the mouse is reported also while no button is held.
+std::string_view viewMotionText(bool isWanted);
+
+std::string viewTitleText(std::string_view title);
+
+/// Puts a text into the clipboard (OSC 52). Terminals ask their user, or do not know it, as they like.
+std::string viewClipboardText(std::string_view content);
+
+/// Calls the user: a bell, and a notification (OSC 9) where the terminal has them. One line without control characters.
+std::string viewNotificationText(std::string_view line);
 
 }  // namespace orvane

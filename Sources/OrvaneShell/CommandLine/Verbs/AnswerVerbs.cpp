@@ -3,36 +3,18 @@
 #include "Orvane/Agents/TerminalAgent.h"
 #include "OrvaneShell/CommandLine/Verbs/AgentArguments.h"
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
+#include "OrvaneShell/Texts/SessionTexts.h"
 
 namespace orvane::Verbs {
 
 namespace {
-
-Refusal explain(const HostContext& host, AnswerRefusal refusal, TerminalAgent& agent) {
-    std::string offered;
-    for (const PrintedOption& option : agent.terminal().reading().options) {
-        if (option.number > 0)
-            offered += (offered.empty() ? "" : ", ") + std::to_string(option.number) + " " + option.label;
-    }
-    switch (refusal) {
-        case AnswerRefusal::nothingAsked:
-            return {.message = host.l10n.text("error.nothingAsked")};
-        case AnswerRefusal::anotherSelected:
-            return {.message = host.l10n.text("error.anotherSelected", agent.terminal().reading().selectedChoice)};
-        case AnswerRefusal::noSuchOption:
-            return {.message = host.l10n.text("error.noSuchOption", offered)};
-        case AnswerRefusal::notByKey:
-            return {.message = host.l10n.text("error.notByKey")};
-    }
-    return {};
-}
 
 template <typename Act>
 Outcome act(HostContext& host, const JSONObject& arguments, Act answer) {
     const auto target = AgentArguments::agent(host, arguments);
     if (!target) return target.error();
     const std::expected<void, AnswerRefusal> done = answer(target->agent->answers());
-    if (!done) return explain(host, done.error(), *target->agent);
+    if (!done) return Refusal{.message = SessionTexts::answerRefusal(host.l10n, done.error(), *target->agent)};
     return JsonValue();
 }
 

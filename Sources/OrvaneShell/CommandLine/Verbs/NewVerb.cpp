@@ -1,16 +1,13 @@
 #include <boost/json.hpp>
-#include <cerrno>
 #include <filesystem>
 #include <ostream>
-#include <utility>
 
-#include "OrvaneCore/Agents/LaunchPlan.h"
-#include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/CommandLine/ClientContext.h"
 #include "OrvaneShell/CommandLine/Selection.h"
 #include "OrvaneShell/CommandLine/Verbs/TerminalArguments.h"
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
 #include "OrvaneShell/Terminal/OwnWindow.h"
+#include "OrvaneShell/Texts/SessionTexts.h"
 #include "TerminalEmulator/HeadlessTerminal.h"
 
 namespace orvane::Verbs {
@@ -62,26 +59,6 @@ std::expected<std::optional<Uuid>, Refusal> chosenAgent(const HostContext& host,
     return spec->id;
 }
 
-/// Why the program of the session was not started.
-std::string reason(const L10n& l10n, const SessionController& session) {
-    const LaunchFailure& failure = *session.launchFailure();
-    const SystemError error = failure.error.value_or(SystemError());
-    switch (failure.reason) {
-        case LaunchFailure::Reason::commandHasNul:
-            return l10n.text("error.commandHasNul");
-        case LaunchFailure::Reason::commandTooLong:
-            return l10n.text("error.commandTooLong", LaunchPlan::maximumCommandSize);
-        case LaunchFailure::Reason::folderUnusable: {
-            const char* key =
-                error.number == ENOENT || error.number == ENOTDIR ? "error.pathMissing" : "error.pathUnreadable";
-            return l10n.text(key, Text::oneLine(session.identity().projectPath));
-        }
-        case LaunchFailure::Reason::notStarted:
-            return l10n.text("error.notStartedBecause", rawValue(session.identity().kind), error.message());
-    }
-    std::unreachable();
-}
-
 Outcome serve(HostContext& host, const JSONObject& arguments) {
     const auto kind = fromRawValue<SessionKind>(arguments.string("kind"));
     if (!kind) {
@@ -106,7 +83,7 @@ Outcome serve(HostContext& host, const JSONObject& arguments) {
                                                            .targetLeaf = {}});
     if (session == nullptr) return Refusal{.message = host.l10n.text("error.notStarted", rawValue(*kind))};
     if (session->launchFailure()) {
-        const std::string why = reason(host.l10n, *session);
+        const std::string why = SessionTexts::launchFailure(host.l10n, *session);
         host.store.closeSession(session->id());
         return Refusal{.code = "notStarted", .message = why};
     }

@@ -1,5 +1,4 @@
 #include <boost/json.hpp>
-#include <cmath>
 #include <ostream>
 
 #include "Orvane/Agents/TerminalAgent.h"
@@ -8,6 +7,7 @@
 #include "OrvaneShell/CommandLine/Verbs/AgentArguments.h"
 #include "OrvaneShell/CommandLine/Verbs/SessionJson.h"
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
+#include "OrvaneShell/Texts/SessionTexts.h"
 
 namespace orvane::Verbs {
 
@@ -84,14 +84,6 @@ Outcome serve(HostContext& host, const JSONObject& arguments) {
     return JsonValue(std::move(object));
 }
 
-std::string ageText(const L10n& l10n, double seconds) {
-    constexpr double minute = 60;
-    constexpr double hour = 60 * minute;
-    if (seconds < minute) return l10n.text("age.seconds", std::lround(seconds));
-    if (seconds < hour) return l10n.text("age.minutes", std::lround(seconds / minute));
-    return l10n.text("age.hours", std::lround(seconds / hour));
-}
-
 void printRequest(ClientContext& client, const JSONObject& request) {
     const std::string tool = request.string("tool");
     client.output << (tool.empty() ? "" : tool + ": ") << request.string("question") << '\n';
@@ -122,7 +114,7 @@ void print(ClientContext& client, const JsonValue& result) {
     const JSONObject evidence = status.object("evidence");
     client.output << status.string("title") << ": " << statusText(l10n, status) << " ("
                   << l10n.text("status.evidence", l10n.text("evidence." + evidence.string("source")),
-                               ageText(l10n, evidence.number("age")))
+                               SessionTexts::age(l10n, Seconds(evidence.number("age"))))
                   << ")\n";
     if (status.contains("request")) printRequest(client, status.object("request"));
     printPrompts(client, status);

@@ -1,0 +1,164 @@
+#include <algorithm>
+#include <filesystem>
+
+#include "OrvaneCore/Support/ShellText.h"
+#include "OrvaneShell/View/Commands/ViewCommands.h"
+#include "OrvaneShell/View/Overlays/AnswerOverlay.h"
+#include "OrvaneShell/View/Overlays/ListOverlay.h"
+#include "OrvaneShell/View/Overlays/PromptOverlay.h"
+#include "OrvaneShell/View/Painting/ViewLook.h"
+#include "OrvaneShell/View/SessionMark.h"
+#include "OrvaneShell/View/SessionQuestion.h"
+#include "OrvaneShell/View/SidebarRows.h"
+
+namespace orvane::SessionCommands {
+
+namespace {
+
+using Item = ListOverlay::Item;
+
+/// What installs a tool, in a pane where its log is seen: the program itself knows how.
+std::string installLine(const AgentTool& tool) {
+    std::error_code error;
+    const std::string self = std::filesystem::read_symlink("/proc/self/exe", error).string();
+    return shellQuoted(self) + " tools install " + std::string(tool.id);
+}
+
+std::string stateDetail(const ViewContext& view, const ToolState& state) {
+    const auto* installed = std::get_if<ToolState::Installed>(&state.value);
+    if (installed != nullptr) return installed->version.value_or("");
+    return view.l10n.text("tools.state." + std::string(state.name()));
+}
+
+Item toolItem(const ViewContext& view, const AgentTool& tool, const ToolState& state) {
+    const auto kind = fromRawValue<SessionKind>(tool.id).value_or(SessionKind::shell);
+    const bool isMissing = std::holds_alternative<ToolState::Missing>(state.value);
+    if (!isMissing) {
+        return {.label = std::string(tool.displayName),
+                .detail = stateDetail(view, state),
+                .choose = [kind](ViewContext& with) { with.launch({.kind = kind}); }};
+    }
+    return {.label = view.l10n.text("view.launch.install", tool.displayName),
+            .detail = stateDetail(view, state),
+            .choose =
+                [&tool](ViewContext& with) { with.launch({.kind = SessionKind::shell, .command = installLine(tool)}); },
+            .look = ViewLook::dim};
+}
+
+void launchCommand(ViewContext& view) {
+    view.open(std::make_unique<PromptOverlay>(
+        view.l10n.text("view.launch.commandTitle"), "", [](ViewContext& with, const std::string& command) {
+            if (command.empty()) return with.l10n.text("view.launch.noCommand");
+            with.launch({.kind = SessionKind::service, .command = command, .title = command});
+            return std::string();
+        }));
+}
+
+/// The installed agents first, then what always works, then what can be installed.
+std::vector<Item> launchItems(const ViewContext& view) {
+    std::vector<Item> items;
+    std::vector<Item> missing;
+    for (const AgentTool& tool : agentTools) {
+        const auto found = view.tools.states().find(std::string(tool.id));
+        const ToolState state = found == view.tools.states().end() ? ToolState() : found->second;
+        const bool isMissing = std::holds_alternative<ToolState::Missing>(state.value);
+        (isMissing ? missing : items).push_back(toolItem(view, tool, state));
+    }
+    for (const AgentSpec& spec : view.agents.specs()) {
+        items.push_back({.label = spec.name, .detail = spec.command, .choose = [id = spec.id](ViewContext& with) {
+                             with.launch({.kind = SessionKind::custom, .customAgent = id});
+                         }});
+    }
+    items.push_back({.label = view.l10n.text("view.launch.shell"),
+                     .choose = [](ViewContext& with) { with.launch({.kind = SessionKind::shell}); }});
+    items.push_back({.label = view.l10n.text("view.launch.command"), .choose = launchCommand});
+    std::ranges::move(missing, std::back_inserter(items));
+    return items;
+}
+
+std::vector<Item> destinations(const ViewContext& view) {
+    std::vector<Item> items;
+    for (const SidebarRow& row : SidebarRow::of(view.store, view.now(), SidebarRow::Folded::shown)) {
+        const Project* project = view.store.workspace().project(row.project);
+        if (project == nullptr) continue;
+        const SessionController* session = row.session ? view.store.session(*row.session) : nullptr;
+        if (session == nullptr) {
+            items.push_back({.label = project->name,
+                             .detail = project->path,
+                             .choose = [id = project->id](ViewContext& with) { with.store.selectProject(id); },
+                             .look = ViewLook::bold});
+            continue;
+        }
+        const SessionMark mark = SessionMark::of(*session);
+        items.push_back({.label = "  " + std::string(mark.glyph) + " " + session->title(),
+                         .detail = project->name,
+                         .choose = [id = session->id()](ViewContext& with) { with.store.selectSession(id); }});
+    }
+    return items;
+}
+
+/// Of the sessions that need the user the most urgent, after the one that has the focus.
+SessionController* mostUrgent(const ViewContext& view) {
+    const SessionController* focused = view.focusedSession();
+    SessionController* first = nullptr;
+    for (const SidebarRow& row : SidebarRow::of(view.store, view.now(), SidebarRow::Folded::shown)) {
+        SessionController* session = row.session ? view.store.session(*row.session) : nullptr;
+        if (session == nullptr || !SidebarRow::needsUser(*session) || session == focused) continue;
+        if (first == nullptr || session->evidence().since < first->evidence().since) first = session;
+    }
+    return first;
+}
+
+}  // namespace
+
+void launch(ViewContext& view, const KeyEvent& /*key*/) {
+    if (!view.project()) return ProjectCommands::open(view, {});
+    // What is installed may have changed since the last look; the list says so while it is found out.
+    view.tools.refresh();
+    auto list = std::make_unique<ListOverlay>(view, view.l10n.text("view.launch.title"), launchItems);
+    list->onDismissed = [](ViewContext& with) { with.store.interface().overlay.reset(); };
+    view.open(std::move(list));
+    view.store.interface().overlay = Overlay::launcher;
+}
+
+void goTo(ViewContext& view, const KeyEvent& /*key*/) {
+    view.open(std::make_unique<ListOverlay>(view, view.l10n.text("view.goTo.title"), destinations));
+}
+
+void answer(ViewContext& view, const KeyEvent& /*key*/) {
+    const SessionController* session = view.focusedSession();
+    if (session == nullptr || !SessionQuestion::isAsked(*session)) session = mostUrgent(view);
+    if (session == nullptr || !SessionQuestion::isAsked(*session)) return view.say(view.l10n.text("view.nobodyAsks"));
+    view.open(std::make_unique<AnswerOverlay>(session->id()));
+}
+
+void nextCall(ViewContext& view, const KeyEvent& /*key*/) {
+    const SessionController* session = mostUrgent(view);
+    if (session == nullptr) return view.say(view.l10n.text("view.nobodyAsks"));
+    view.zoomedLeaf.reset();
+    view.store.selectSession(session->id());
+}
+
+void rename(ViewContext& view, const KeyEvent& /*key*/) {
+    const SessionController* session = view.focusedSession();
+    if (session == nullptr) return;
+    view.open(std::make_unique<PromptOverlay>(view.l10n.text("view.rename.session"), session->title(),
+                                              [id = session->id()](ViewContext& with, const std::string& title) {
+                                                  with.store.renameSession(id, title);
+                                                  return std::string();
+                                              }));
+}
+
+void restart(ViewContext& view, SessionController& ended) {
+    const auto leaf = view.focusedLeaf();
+    AppStore::SessionRequest again{.kind = ended.identity().kind,
+                                   .command = ended.identity().command,
+                                   .title = ended.appearance().userTitle,
+                                   .workingDirectory = ended.identity().projectPath,
+                                   .targetLeaf = leaf};
+    if (ended.identity().agentSpec) again.customAgent = ended.identity().agentSpec->id;
+    view.store.closeSession(ended.id());
+    view.launch(std::move(again));
+}
+
+}  // namespace orvane::SessionCommands

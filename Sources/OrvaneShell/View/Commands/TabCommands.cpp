@@ -1,0 +1,82 @@
+#include "OrvaneCore/Workspace/PaneNavigation.h"
+#include "OrvaneCore/Workspace/SurfaceList.h"
+#include "OrvaneShell/View/Commands/ViewCommands.h"
+#include "OrvaneShell/View/Overlays/ConfirmOverlay.h"
+#include "OrvaneShell/View/Overlays/ListOverlay.h"
+#include "OrvaneShell/View/Overlays/PromptOverlay.h"
+
+namespace orvane::TabCommands {
+
+namespace {
+
+void show(ViewContext& view, const std::optional<Uuid>& surface) {
+    if (!surface) return;
+    view.zoomedLeaf.reset();
+    view.store.activateSurface(*surface);
+    if (SessionController* session = view.focusedSession()) session->clearAttention();
+}
+
+std::vector<SurfaceMeta> strip(const ViewContext& view) {
+    const auto project = view.project();
+    return project ? view.store.workspace().visibleSurfaces(*project) : std::vector<SurfaceMeta>();
+}
+
+void walk(ViewContext& view, int offset) {
+    if (view.layout.surface) show(view, SurfaceList::neighbour(*view.layout.surface, strip(view), offset));
+}
+
+}  // namespace
+
+void open(ViewContext& view, const KeyEvent& /*key*/) {
+    const auto project = view.project();
+    if (!project) return;
+    view.zoomedLeaf.reset();
+    view.store.openSurface(*project, SurfaceMeta::workspace(view.l10n.text("shell.tab.workspace")));
+    view.launch({.kind = SessionKind::shell});
+}
+
+void next(ViewContext& view, const KeyEvent& /*key*/) {
+    walk(view, 1);
+}
+
+void previous(ViewContext& view, const KeyEvent& /*key*/) {
+    walk(view, -1);
+}
+
+void select(ViewContext& view, const KeyEvent& key) {
+    show(view, SurfaceList::at(static_cast<int>(key.character - '0'), strip(view)));
+}
+
+void rename(ViewContext& view, const KeyEvent& /*key*/) {
+    const auto surface = view.layout.surface;
+    const SurfaceMeta* meta = surface ? view.store.workspace().surface(*surface) : nullptr;
+    if (meta == nullptr) return;
+    view.open(std::make_unique<PromptOverlay>(view.l10n.text("view.rename.tab"), meta->title,
+                                              [id = meta->id](ViewContext& with, const std::string& title) {
+                                                  with.store.renameSurface(id, title);
+                                                  return std::string();
+                                              }));
+}
+
+void close(ViewContext& view, const KeyEvent& /*key*/) {
+    const auto surface = view.layout.surface;
+    if (!surface) return;
+    view.open(std::make_unique<ConfirmOverlay>(ConfirmOverlay::Question{
+        .title = view.l10n.text("shell.tab.closeConfirmTitle"),
+        .body = view.l10n.text("shell.tab.closeConfirmBody"),
+        .confirm = view.l10n.text("view.tab.close"),
+        .onConfirm = [id = *surface](ViewContext& with) { with.store.closeSurface(id); },
+        .isMeant = [id = *surface](ViewContext& with) { return with.store.workspace().surface(id) != nullptr; }}));
+}
+
+void showHidden(ViewContext& view) {
+    view.open(std::make_unique<ListOverlay>(view, view.l10n.text("shell.tab.overflow"), [](const ViewContext& with) {
+        std::vector<ListOverlay::Item> items;
+        for (const SurfaceMeta& meta : with.layout.hiddenTabs) {
+            items.push_back({.label = meta.title, .choose = [id = meta.id](ViewContext& then) { show(then, id); }});
+        }
+        return items;
+    }));
+}
+
+}  // namespace orvane::TabCommands

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "OrvaneShell/View/CellRect.h"
+#include "OrvaneShell/View/Overlays/LineEditor.h"
+#include "OrvaneShell/View/ViewOverlay.h"
+
+namespace orvane {
+
+/// A list to choose from; what is typed narrows it.
+class ListOverlay final : public ViewOverlay {
+ public:
+    struct Item {
+        std::string label;
+        std::string detail = {};  ///< dim, at the right
+        std::function<void(ViewContext&)> choose;
+        Attribute look = {};
+    };
+    /// Asked again whenever the workspace has changed.
+    using Source = std::function<std::vector<Item>(const ViewContext& view)>;
+
+    ListOverlay(const ViewContext& view, std::string title, Source source);
+
+    void paint(const ViewContext& view, Canvas& canvas) override;
+    Next key(ViewContext& view, const KeyEvent& key) override;
+    Next text(ViewContext& view, const std::string& pasted) override;
+    Next click(ViewContext& view, int x, int y) override;
+    Next refresh(ViewContext& view) override;
+    void dismissed(ViewContext& view) override;
+    std::string hint(const ViewContext& view) const override;
+
+    /// Runs when the list goes without a choice.
+    std::function<void(ViewContext&)> onDismissed;
+
+ private:
+    void narrow();
+    void move(int by);
+    Next choose(ViewContext& view);
+
+    std::string title_;
+    Source source_;
+    std::vector<Item> items_;
+    std::vector<std::size_t> shown_;  ///< of `items_`
+    std::size_t chosen_ = 0;          ///< in `shown_`
+    std::size_t first_ = 0;           ///< in `shown_`, in the topmost row
+    LineEditor filter_;
+    CellRect rows_;
+};
+
+}  // namespace orvane

@@ -1,0 +1,81 @@
+#include "OrvaneShell/View/Overlays/PaneModes.h"
+
+#include "OrvaneShell/View/Commands/ViewCommands.h"
+
+namespace orvane {
+
+namespace {
+
+using Direction = ViewLayout::Direction;
+
+constexpr int colsAtOnce = 2;
+constexpr int rowsAtOnce = 1;
+
+ViewLayout currentLayout(const ViewContext& view) {
+    return ViewLayout::of(
+        view.store.workspace(),
+        {.cols = view.cols, .rows = view.rows, .showsSidebar = view.showsSidebar(), .zoomedLeaf = std::nullopt});
+}
+
+void pullEdge(ViewContext& view, const Uuid& leaf, Direction direction) {
+    const bool isSideways = direction == Direction::left || direction == Direction::right;
+    const bool isForward = direction == Direction::right || direction == Direction::down;
+    const ViewLayout layout = currentLayout(view);
+    const auto* divider = layout.dividerOf(leaf, isSideways ? PaneAxis::horizontal : PaneAxis::vertical);
+    if (divider == nullptr || !layout.surface) return;
+    const int step = isSideways ? colsAtOnce : rowsAtOnce;
+    const auto shares = layout.movingDivider(*divider, isForward ? step : -step);
+    if (shares) view.store.resizeSplit(*layout.surface, layout.splits[divider->split].id, *shares);
+}
+
+PaneDropZone zoneOf(Direction direction) {
+    switch (direction) {
+        case Direction::left:
+            return PaneDropZone::leading;
+        case Direction::right:
+            return PaneDropZone::trailing;
+        case Direction::up:
+            return PaneDropZone::top;
+        case Direction::down:
+            return PaneDropZone::bottom;
+    }
+    return PaneDropZone::center;
+}
+
+void moveBeside(ViewContext& view, const Uuid& leaf, Direction direction) {
+    const ViewLayout layout = currentLayout(view);
+    const ViewLayout::Pane* moved = layout.pane(leaf);
+    const ViewLayout::Pane* target = layout.neighbour(leaf, direction);
+    if (moved == nullptr || target == nullptr || !moved->content || !layout.surface) return;
+    const Uuid content = *moved->content;
+    view.store.movePane(content, target->leaf, zoneOf(direction), *layout.surface);
+    if (const auto pane = view.store.workspace().paneShowing(content)) view.focus(pane->leaf);
+}
+
+ViewOverlay::Next step(ViewContext& view, const KeyEvent& key, void (*act)(ViewContext&, const Uuid&, Direction)) {
+    const auto direction = directionOf(key);
+    const auto leaf = view.focusedLeaf();
+    if (!direction || !leaf) return ViewOverlay::Next::closes;
+    act(view, *leaf, *direction);
+    return ViewOverlay::Next::stays;
+}
+
+}  // namespace
+
+ViewOverlay::Next ResizeMode::key(ViewContext& view, const KeyEvent& key) {
+    return step(view, key, pullEdge);
+}
+
+std::string ResizeMode::hint(const ViewContext& view) const {
+    return view.l10n.text("view.hint.resize");
+}
+
+ViewOverlay::Next MoveMode::key(ViewContext& view, const KeyEvent& key) {
+    return step(view, key, moveBeside);
+}
+
+std::string MoveMode::hint(const ViewContext& view) const {
+    return view.l10n.text("view.hint.move");
+}
+
+}  // namespace orvane

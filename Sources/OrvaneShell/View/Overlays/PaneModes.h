@@ -1,0 +1,23 @@
+#pragma once
+
+#include "OrvaneShell/View/ViewOverlay.h"
+
+namespace orvane {
+
+/// The arrows move the edges of the focused pane until another key ends it.
+class ResizeMode final : public ViewOverlay {
+ public:
+    void paint(const ViewContext& /*view*/, Canvas& /*canvas*/) override {}
+    Next key(ViewContext& view, const KeyEvent& key) override;
+    std::string hint(const ViewContext& view) const override;
+};
+
+/// The arrows move the focused pane beside its neighbour in that direction, until another key ends it.
+class MoveMode final : public ViewOverlay {
+ public:
+    void paint(const ViewContext& /*view*/, Canvas& /*canvas*/) override {}
+    Next key(ViewContext& view, const KeyEvent& key) override;
+    std::string hint(const ViewContext& view) const override;
+};
+
+}  // namespace orvane

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "OrvaneShell/View/Canvas.h"
+#include "OrvaneShell/View/ViewContext.h"
+
+/// What is around the panes.
+namespace orvane::FramePainter {
+
+void paintTabs(const ViewContext& view, Canvas& canvas);
+
+/// The bottom row: which keys work now, a notice, and how many sessions need the user.
+void paintHints(const ViewContext& view, Canvas& canvas);
+
+/// The commands behind the leader, above the bottom row.
+void paintCommands(const ViewContext& view, Canvas& canvas);
+
+}  // namespace orvane::FramePainter

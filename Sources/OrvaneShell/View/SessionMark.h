@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string_view>
+
+#include "Orvane/Agents/SessionController.h"
+#include "TerminalEmulator/Buffer/Attribute.h"
+
+namespace orvane {
+
+/// The sign of a session's status, which tells it apart also without colours.
+struct SessionMark {
+    std::string_view glyph;
+    Attribute look;
+
+    static SessionMark of(const SessionController& session);
+};
+
+}  // namespace orvane

@@ -1,0 +1,99 @@
+#include "OrvaneShell/View/ViewContext.h"
+
+#include <utility>
+
+#include "Orvane/Support/WallClock.h"
+#include "OrvaneShell/Texts/SessionTexts.h"
+
+namespace orvane {
+
+namespace {
+
+constexpr Duration noticeTime = std::chrono::seconds(5);
+
+}  // namespace
+
+ViewContext::ViewContext(AppStore& workspaceStore, ToolsManager& toolsManager, CustomAgentStore& customAgentStore,
+                         L10n texts, KeyPattern leaderKey, Actions does)
+    : store(workspaceStore),
+      tools(toolsManager),
+      agents(customAgentStore),
+      l10n(texts),
+      leader(leaderKey),
+      actions(std::move(does)) {}
+
+void ViewContext::open(std::unique_ptr<ViewOverlay> next) {
+    close();
+    overlay = std::move(next);
+    actions.requestFrame();
+}
+
+void ViewContext::close() {
+    if (const auto gone = std::exchange(overlay, nullptr)) gone->dismissed(*this);
+    actions.requestFrame();
+}
+
+void ViewContext::say(std::string line) {
+    notice_ = std::move(line);
+    noticeTimer_ = store.loop().after(noticeTime, [this] {
+        notice_.clear();
+        actions.requestFrame();
+    });
+    actions.requestFrame();
+}
+
+std::optional<Uuid> ViewContext::focusedLeaf() const {
+    const WorkspaceModel& workspace = store.workspace();
+    const auto shown = project();
+    if (!shown) return std::nullopt;
+    const auto surface = workspace.activeSurfaceID.find(*shown);
+    if (surface == workspace.activeSurfaceID.end()) return std::nullopt;
+    const auto tree = workspace.surfaceTrees.find(surface->second);
+    if (tree == workspace.surfaceTrees.end()) return std::nullopt;
+    const auto focused = workspace.focusedPanes.find(surface->second);
+    const auto leaves = tree->second.leafIDs();
+    if (focused != workspace.focusedPanes.end() && tree->second.contains(focused->second)) return focused->second;
+    return leaves.front();
+}
+
+SessionController* ViewContext::focusedSession() const {
+    const auto leaf = focusedLeaf();
+    const auto pane = leaf ? store.workspace().paneOfLeaf(*leaf) : std::nullopt;
+    if (!pane) return nullptr;
+    const auto content = store.workspace().surfaceTrees.at(pane->surface).contentID(*leaf);
+    return content ? store.session(*content) : nullptr;
+}
+
+SessionController* ViewContext::sessionIn(const ViewLayout::Pane& pane) const {
+    return pane.content ? store.session(*pane.content) : nullptr;
+}
+
+bool ViewContext::showsSidebar() const {
+    if (cols < ViewLayout::colsForSidebar) return showsNarrowSidebar;
+    return !store.interface().shellCollapse.railHidden;
+}
+
+Date ViewContext::now() const {
+    return dateOf(store.loop().wallTime());
+}
+
+void ViewContext::launch(AppStore::SessionRequest request) {
+    const auto shown = project();
+    if (!shown) return say(l10n.text("error.noProject"));
+    request.project = *shown;
+    if (const auto leaf = focusedLeaf(); leaf && focusedSession() == nullptr) request.targetLeaf = leaf;
+    zoomedLeaf.reset();
+    SessionController* session = store.createSession(request);
+    if (session == nullptr) return say(l10n.text("error.notStarted", rawValue(request.kind)));
+    if (!session->launchFailure()) return;
+    say(SessionTexts::launchFailure(l10n, *session));
+    store.closeSession(session->id());
+}
+
+void ViewContext::focus(const Uuid& leaf) {
+    if (zoomedLeaf && *zoomedLeaf != leaf) zoomedLeaf.reset();
+    store.focusPane(leaf);
+    if (SessionController* session = focusedSession()) session->clearAttention();
+}
+
+}  // namespace orvane

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Orvane/Agents/CustomAgentStore.h"
+#include "Orvane/Agents/ToolsManager.h"
+#include "Orvane/Workspace/AppStore.h"
+#include "OrvaneShell/View/Input/KeyText.h"
+#include "OrvaneShell/View/PaneSelection.h"
+#include "OrvaneShell/View/ViewLayout.h"
+#include "OrvaneShell/View/ViewOverlay.h"
+
+namespace orvane {
+
+/// What the parts of one view share: the workspace, what only this view remembers, and what its commands can do. Main
+/// thread only.
+class ViewContext {
+ public:
+    /// What the view itself does for them.
+    struct Actions {
+        std::function<void()> requestFrame;
+        std::function<void()> detach;
+        std::function<void()> stopHost;
+        /// Registers the folder and shows it; a folder that cannot be used is told.
+        std::function<void(const std::string& typed)> openProject;
+        /// Puts a text into the clipboard of the client's terminal.
+        std::function<void(const std::string& text)> copy;
+    };
+
+    ViewContext(AppStore& workspaceStore, ToolsManager& toolsManager, CustomAgentStore& customAgentStore, L10n texts,
+                KeyPattern leaderKey, Actions actions);
+
+    AppStore& store;
+    ToolsManager& tools;
+    CustomAgentStore& agents;
+    L10n l10n;
+    /// The key before a command.
+    KeyPattern leader;
+    Actions actions;
+
+    // What the last frame showed.
+    ViewLayout layout;
+    int cols = 80;
+    int rows = 24;
+
+    // What this view remembers.
+    std::optional<Uuid> zoomedLeaf;
+    /// In a terminal too narrow for a side rail the rail shows when it was asked for.
+    bool showsNarrowSidebar = false;
+    /// The leader was typed, and its command is still to come.
+    bool isLeaderDown = false;
+    PaneSelection selection;
+    std::unique_ptr<ViewOverlay> overlay;
+
+    /// Opens an overlay in the place of one that is there.
+    void open(std::unique_ptr<ViewOverlay> next);
+    void close();
+    /// A line at the bottom for some seconds.
+    void say(std::string line);
+    const std::string& notice() const { return notice_; }
+
+    std::optional<Uuid> project() const { return store.workspace().selectedProjectID; }
+    std::optional<Uuid> focusedLeaf() const;
+    /// What the focused pane shows; null when it is empty.
+    SessionController* focusedSession() const;
+    SessionController* sessionIn(const ViewLayout::Pane& pane) const;
+    bool showsSidebar() const;
+    std::string leaderText() const { return KeyText::write(leader); }
+    Date now() const;
+    /// Starts a session in the focused pane when that is empty, else where there is room; a program that cannot be
+    /// started is told.
+    void launch(AppStore::SessionRequest request);
+    /// Gives the focus to a pane, and its session the keyboard.
+    void focus(const Uuid& leaf);
+
+ private:
+    std::string notice_;
+    Registration noticeTimer_;
+};
+
+}  // namespace orvane

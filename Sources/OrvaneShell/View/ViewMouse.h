@@ -1,0 +1,53 @@
+#pragma once
+
+#include <optional>
+
+#include "OrvaneShell/View/Input/InputEvent.h"
+#include "OrvaneShell/View/Painting/SidebarPainter.h"
+#include "OrvaneShell/View/ViewContext.h"
+
+namespace orvane {
+
+/// What the mouse does: chooses sessions, tabs and panes, moves dividers, selects text and scrolls; a program that
+/// wants the mouse gets it, unless Shift is held.
+class ViewMouse {
+ public:
+    void take(ViewContext& view, SidebarPainter& sidebar, const MouseEvent& event);
+    /// Whether the program in the focused pane wants to know of every motion.
+    static bool wantsMotion(const ViewContext& view);
+
+ private:
+    /// What a button that is held down acts on.
+    struct ProgramGrab {
+        Uuid leaf;
+    };
+    struct SelectionGrab {
+        Uuid leaf;
+    };
+    struct DividerGrab {
+        Uuid split;
+        std::size_t index = 0;
+        PaneAxis axis = PaneAxis::horizontal;
+        int at = 0;  ///< where on its axis the divider was last
+    };
+    using Grab = std::variant<std::monostate, ProgramGrab, SelectionGrab, DividerGrab>;
+
+    void press(ViewContext& view, SidebarPainter& sidebar, const MouseEvent& event);
+    void pressInPane(ViewContext& view, const ViewLayout::Pane& pane, const MouseEvent& event);
+    void pressInSidebar(ViewContext& view, const SidebarRow& row, const MouseEvent& event);
+    bool pressOnTab(ViewContext& view, const MouseEvent& event);
+    bool pressOnDivider(const ViewContext& view, const MouseEvent& event);
+    void drag(ViewContext& view, const MouseEvent& event);
+    void dragDivider(ViewContext& view, DividerGrab& grab, const MouseEvent& event);
+    void release(ViewContext& view, const MouseEvent& event);
+    void turnWheel(ViewContext& view, SidebarPainter& sidebar, const MouseEvent& event);
+    SelectionMode countClick(const ViewContext& view, const MouseEvent& event);
+
+    Grab grab_;
+    Instant lastClickAt_;
+    int lastClickX_ = -1;
+    int lastClickY_ = -1;
+    int clicks_ = 0;
+};
+
+}  // namespace orvane

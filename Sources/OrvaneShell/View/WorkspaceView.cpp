@@ -1,0 +1,268 @@
+#include "OrvaneShell/View/WorkspaceView.h"
+
+#include <utility>
+
+#include "OrvaneCore/Support/Overloaded.h"
+#include "OrvaneCore/Support/Text.h"
+#include "OrvaneShell/View/Commands/ViewCommands.h"
+#include "OrvaneShell/View/Input/KeyEncoder.h"
+#include "OrvaneShell/View/Painting/FramePainter.h"
+#include "OrvaneShell/View/ViewCommand.h"
+#include "OrvaneShell/View/ViewModes.h"
+#include "TerminalEmulator/HeadlessTerminal.h"
+
+namespace orvane {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Ages are told in minutes.
+constexpr Duration ageInterval = 30s;
+constexpr Duration ageTolerance = 5s;
+/// After so long a program that holds its change back has died on it, and its terminal shows what there is.
+constexpr Duration longestHold = 1100ms;
+constexpr Duration bellInterval = 200ms;
+
+}  // namespace
+
+WorkspaceView::WorkspaceView(Setup setup, TerminalDevice device)
+    : setup_(std::move(setup)),
+      terminal_(setup_.store.loop(), std::move(device), setup_.features,
+                {.onInput = [this](const InputEvent& event) { take(event); },
+                 .paint = [this](Canvas& canvas) { paint(canvas); },
+                 .onGone = [this] { end(End::gone); }}),
+      context_(setup_.store, setup_.tools, setup_.agents, setup_.l10n, setup_.leader,
+               {.requestFrame = [this] { terminal_.requestFrame(); },
+                .detach = [this] { end(End::detached); },
+                .stopHost = [this] { setup_.stopHost(); },
+                .openProject = [this](const std::string& typed) { setup_.openProject(typed); },
+                .copy = [this](const std::string& text) { terminal_.send(viewClipboardText(text)); }}) {}
+
+WorkspaceView::~WorkspaceView() = default;
+
+void WorkspaceView::start() {
+    AppStore& store = setup_.store;
+    changes_ = store.changed.subscribe([this] { noteChange(); });
+    outputs_ = store.sessionOutput.subscribe([this](const SessionController& session) {
+        if (shows(session)) terminal_.requestFrame();
+    });
+    news_ = store.sessionNews.subscribe(
+        [this](const SessionController& session, const TerminalNews& news) { noteNews(session, news); });
+    toolChanges_ = setup_.tools.changed.subscribe([this] { noteChange(); });
+    events_ = store.sessionEvents.subscribe([this](const SessionEvent& event) { ringFor(event); });
+    ageTimer_ = store.loop().every(ageInterval, ageTolerance, [this] { terminal_.requestFrame(); });
+    store.becameActive();
+    terminal_.start();
+    noteChange();
+}
+
+void WorkspaceView::end(End end, Client client) {
+    if (std::exchange(isOver_, true)) return;
+    for (Registration* registration : {&changes_, &toolChanges_, &outputs_, &news_, &events_, &ageTimer_, &holdTimer_})
+        registration->reset();
+    if (const auto gone = std::exchange(context_.overlay, nullptr)) gone->dismissed(context_);
+    hasFocus_ = false;
+    noteFocus();
+    if (client == Client::gone) {
+        terminal_.giveBack();
+    } else {
+        terminal_.stop();
+    }
+    setup_.store.resignedActive();
+    // Whoever owns this destroys it, and it may be at work further up.
+    setup_.store.loop().post([onEnd = setup_.onEnd, end] { onEnd(end); });
+}
+
+void WorkspaceView::take(const InputEvent& event) {
+    std::visit(
+        Overloaded{[&](const KeyEvent& key) { takeKey(key); }, [&](const MouseEvent& mouse) { takeMouse(mouse); },
+                   [&](const PasteEvent& paste) { takePaste(paste); },
+                   [&](const FocusEvent& focus) { takeFocus(focus); },
+                   [&](const ReplyEvent& reply) { terminal_.noteReply(reply); }},
+        event);
+}
+
+void WorkspaceView::takeKey(const KeyEvent& key) {
+    const bool isUp = key.action == KeyEvent::Action::release;
+    if (context_.isLeaderDown && !isUp) {
+        takeCommand(key);
+    } else if (!isUp && context_.leader.matches(key)) {
+        context_.close();
+        context_.isLeaderDown = true;
+    } else if (context_.overlay != nullptr) {
+        if (!isUp) takeOverlayKey(key);
+    } else {
+        return takePaneKey(key);
+    }
+    if (!isOver_) terminal_.requestFrame();
+}
+
+void WorkspaceView::takeCommand(const KeyEvent& key) {
+    if (key.name == KeyName::functional || key.name == KeyName::other) return;  // Shift alone, on its way to "%"
+    context_.isLeaderDown = false;
+    if (context_.leader.matches(key)) return takePaneKey(key);
+    if (const ViewCommand* command = ViewCommand::of(key)) return command->run(context_, key);
+    if (key.name != KeyName::escape) context_.say(context_.l10n.text("view.noCommand", context_.leaderText() + " ?"));
+}
+
+void WorkspaceView::takeOverlayKey(const KeyEvent& key) {
+    auto current = std::move(context_.overlay);
+    const auto next = current->key(context_, key);
+    if (next == ViewOverlay::Next::stays && context_.overlay == nullptr && !isOver_)
+        context_.overlay = std::move(current);
+}
+
+void WorkspaceView::takePaneKey(const KeyEvent& key) {
+    SessionController* session = context_.focusedSession();
+    const bool isPress = key.action != KeyEvent::Action::release;
+    if (session == nullptr) {
+        if (isPress && key.name == KeyName::enter) SessionCommands::launch(context_, key);
+        return;
+    }
+    if (!session->isActive()) {
+        if (isPress && key.name == KeyName::enter) return SessionCommands::restart(context_, *session);
+        if (isPress && (key.character == 'x' || key.character == 'q')) PaneCommands::close(context_, key);
+        return;
+    }
+    HeadlessTerminal* headless = session->terminal();
+    if (headless == nullptr) return;
+    Terminal& terminal = headless->terminal;
+    const std::string bytes = encodeKey(key, terminal.modes(), terminal.keyboardMode(), terminal.keyModifiers());
+    if (bytes.empty()) return;
+    if (context_.selection.session() || terminal.getTopVisibleRow() != terminal.buffer().yBase()) {
+        context_.selection.clear();
+        terminal.scrollTo(terminal.buffer().yBase());
+        terminal_.requestFrame();
+    }
+    session->type(bytes);
+}
+
+void WorkspaceView::takeMouse(const MouseEvent& mouse) {
+    if (context_.isLeaderDown && mouse.action == MouseEvent::Action::press) context_.isLeaderDown = false;
+    mouse_.take(context_, sidebar_, mouse);
+}
+
+void WorkspaceView::takePaste(const PasteEvent& paste) {
+    if (context_.overlay != nullptr) {
+        context_.overlay->text(context_, paste.text);
+        return terminal_.requestFrame();
+    }
+    if (paste.isFirst) {
+        const SessionController* session = context_.focusedSession();
+        const bool isTaken = session != nullptr && session->isActive() && session->terminal() != nullptr;
+        pasteTarget_ = isTaken ? std::optional(session->id()) : std::nullopt;
+        if (isTaken) pasteForm_ = pasteForm(session->terminal()->terminal.modes());
+    }
+    SessionController* target = pasteTarget_ ? setup_.store.session(*pasteTarget_) : nullptr;
+    if (target == nullptr) return;
+    std::string bytes(paste.isFirst ? pasteBegin(pasteForm_) : "");
+    bytes += encodePaste(paste.text, pasteForm_);
+    if (paste.isLast) bytes += pasteEnd(pasteForm_);
+    target->type(bytes);
+}
+
+void WorkspaceView::takeFocus(const FocusEvent& focus) {
+    if (hasFocus_ == focus.hasFocus) return;
+    hasFocus_ = focus.hasFocus;
+    if (hasFocus_) {
+        setup_.store.becameActive();
+        if (SessionController* session = context_.focusedSession()) session->clearAttention();
+    } else {
+        setup_.store.resignedActive();
+    }
+    noteFocus();
+}
+
+/// Tells programs when the focus comes and goes.
+void WorkspaceView::noteFocus() {
+    const SessionController* session = hasFocus_ ? context_.focusedSession() : nullptr;
+    const auto now = session == nullptr ? std::nullopt : std::optional(session->id());
+    if (now == focusedSession_) return;
+    const auto tell = [&](const std::optional<Uuid>& id, Terminal::Focus focus) {
+        const SessionController* told = id ? setup_.store.session(*id) : nullptr;
+        if (told != nullptr && told->isActive() && told->terminal() != nullptr)
+            told->terminal()->terminal.setFocus(focus);
+    };
+    tell(focusedSession_, Terminal::Focus::out);
+    focusedSession_ = now;
+    tell(focusedSession_, Terminal::Focus::in);
+}
+
+void WorkspaceView::noteChange() {
+    if (context_.overlay != nullptr) {
+        auto current = std::move(context_.overlay);
+        const auto next = current->refresh(context_);
+        if (next == ViewOverlay::Next::stays && context_.overlay == nullptr) context_.overlay = std::move(current);
+    }
+    if (context_.overlay == nullptr) {
+        const InterfaceState& interface = setup_.store.interface();
+        if (interface.confirmingQuit) {
+            FrameCommands::askToQuit(context_);
+        } else if (const auto closing = interface.sessionPendingClose) {
+            FrameCommands::askToClose(context_, Uuid(*closing));
+        }
+    }
+    const Project* project = context_.project() ? setup_.store.workspace().project(*context_.project()) : nullptr;
+    const std::string title = project == nullptr ? "Orvane" : Text::oneLine(project->name) + " - Orvane";
+    if (std::exchange(title_, title) != title) terminal_.send(viewTitleText(title));
+    noteFocus();
+    terminal_.requestFrame();
+}
+
+bool WorkspaceView::shows(const SessionController& session) const {
+    for (const ViewLayout::Pane& pane : context_.layout.panes) {
+        if (pane.content == session.id()) return true;
+    }
+    return false;
+}
+
+void WorkspaceView::noteNews(const SessionController& session, const TerminalNews& news) {
+    std::visit(Overloaded{[&](const TerminalNews::Bell&) {
+                              const Instant now = setup_.store.loop().now();
+                              if (now - lastBellAt_ < bellInterval) return;
+                              lastBellAt_ = now;
+                              terminal_.send("\a");
+                          },
+                          [&](const TerminalNews::Clipboard& clipboard) {
+                              // Only whom the user looks at may change the clipboard.
+                              if (shows(session)) terminal_.send(viewClipboardText(clipboard.content));
+                          },
+                          [&](const TerminalNews::Notification& notification) {
+                              std::string line = session.title() + ": " + notification.title;
+                              if (!notification.body.empty()) line += " " + notification.body;
+                              context_.say(std::move(line));
+                          }},
+               news.value);
+}
+
+/// A session begins to wait for its user, who may be looking elsewhere.
+void WorkspaceView::ringFor(const SessionEvent& event) {
+    const SessionController* session = setup_.store.session(event.session);
+    if (event.to != "waiting" || session == nullptr || (hasFocus_ && context_.focusedSession() == session)) return;
+    const std::string line = context_.l10n.text("view.sessionCalls", session->title());
+    terminal_.send(viewNotificationText(line));
+    context_.say(line);
+}
+
+void WorkspaceView::paint(Canvas& canvas) {
+    context_.cols = canvas.cols();
+    context_.rows = canvas.rows();
+    context_.layout = ViewLayout::of(setup_.store.workspace(), {.cols = canvas.cols(),
+                                                                .rows = canvas.rows(),
+                                                                .showsSidebar = context_.showsSidebar(),
+                                                                .zoomedLeaf = context_.zoomedLeaf});
+    setup_.store.interface().paneArea = context_.layout.area();
+    panes_.paint(context_, canvas);
+    sidebar_.paint(context_, canvas);
+    FramePainter::paintTabs(context_, canvas);
+    if (context_.overlay != nullptr) context_.overlay->paint(context_, canvas);
+    if (context_.isLeaderDown) FramePainter::paintCommands(context_, canvas);
+    FramePainter::paintHints(context_, canvas);
+    terminal_.trackMotion(ViewMouse::wantsMotion(context_));
+    if (panes_.isHeldBack()) {
+        holdTimer_ = setup_.store.loop().after(longestHold, [this] { terminal_.requestFrame(); });
+    }
+}
+
+}  // namespace orvane

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "OrvaneShell/View/Input/PasteEncoder.h"
+#include "OrvaneShell/View/Painting/PanePainter.h"
+#include "OrvaneShell/View/Painting/SidebarPainter.h"
+#include "OrvaneShell/View/ViewContext.h"
+#include "OrvaneShell/View/ViewMouse.h"
+#include "OrvaneShell/View/ViewTerminal.h"
+
+namespace orvane {
+
+/// The workspace on the terminal of one client: draws it whenever something has changed, and carries out what is typed.
+/// It holds no state of the workspace. Main thread only.
+class WorkspaceView {
+ public:
+    enum class End { detached, replaced, quit, gone };
+
+    struct Setup {
+        AppStore& store;
+        ToolsManager& tools;
+        CustomAgentStore& agents;
+        L10n l10n;
+        KeyPattern leader;
+        OuterTerminal features;
+        /// The view is over and has written its last byte. Called once, not from within a call of this object's; may
+        /// destroy it.
+        std::function<void(End)> onEnd;
+        std::function<void()> stopHost;
+        std::function<void(const std::string& typed)> openProject;
+    };
+
+    WorkspaceView(Setup setup, TerminalDevice device);
+    ~WorkspaceView();
+    WorkspaceView(const WorkspaceView&) = delete;
+    WorkspaceView& operator=(const WorkspaceView&) = delete;
+
+    /// Takes the terminal over and draws.
+    void start();
+    /// Draws no more. A client that cannot give its terminal back itself has it given back.
+    enum class Client { waits, gone };
+    void end(End end, Client client = Client::waits);
+    void noteSize() { terminal_.noteSize(); }
+    void redraw() { terminal_.redraw(); }
+    ViewContext& context() { return context_; }
+
+ private:
+    void take(const InputEvent& event);
+    void takeKey(const KeyEvent& key);
+    void takeOverlayKey(const KeyEvent& key);
+    void takeCommand(const KeyEvent& key);
+    void takePaneKey(const KeyEvent& key);
+    void takeMouse(const MouseEvent& mouse);
+    void takePaste(const PasteEvent& paste);
+    void takeFocus(const FocusEvent& focus);
+    void paint(Canvas& canvas);
+    void noteChange();
+    void noteNews(const SessionController& session, const TerminalNews& news);
+    void noteFocus();
+    void ringFor(const SessionEvent& event);
+    bool shows(const SessionController& session) const;
+
+    Setup setup_;
+    ViewTerminal terminal_;
+    ViewContext context_;
+    PanePainter panes_;
+    SidebarPainter sidebar_;
+    ViewMouse mouse_;
+    bool hasFocus_ = true;
+    bool isOver_ = false;
+    /// The session whose program was told that it has the focus.
+    std::optional<Uuid> focusedSession_;
+    /// The session that a paste goes to, and its form.
+    std::optional<Uuid> pasteTarget_;
+    PasteForm pasteForm_ = PasteForm::plain;
+    Instant lastBellAt_;
+    std::string title_;
+    Registration changes_;
+    Registration toolChanges_;
+    Registration outputs_;
+    Registration news_;
+    Registration events_;
+    Registration ageTimer_;
+    Registration holdTimer_;
+};
+
+}  // namespace orvane
