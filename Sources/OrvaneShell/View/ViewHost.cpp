@@ -120,8 +120,8 @@ void ViewHost::attend(LineServer::Connection& connection, std::uint64_t id) {
     };
     connection.beginStream();
     connection.onInput(bound([](WorkspaceView& opened, std::string_view line) {
-        const auto json = Json::parse(line);
-        const JSONObject said(json.value_or(JsonValue()));
+        const JsonValue json = Json::parse(line).value_or(JsonValue());
+        const JSONObject said(json);
         if (said.boolean("resize")) opened.noteSize();
         if (said.boolean("redraw")) opened.redraw();
         if (said.boolean("detach")) opened.end(WorkspaceView::End::detached);
