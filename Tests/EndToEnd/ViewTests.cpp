@@ -210,12 +210,14 @@ TEST_F(ViewTest, TheTerminalIsGivenBackWhenTheHostDiesAndTheNextHostBringsEveryt
     // Both panes are there at once, and their shells after a while.
     ASSERT_TRUE(
         until(*window, [&] { return window->row(1).contains("─ · shell") && window->row(15).contains("─ · shell"); }));
+    const std::string socket = seen().record.socketPath;
     window->command("Q");
     ASSERT_TRUE(untilShows(*window, "Quit Orvane?"));
     window->type("y");
     ASSERT_TRUE(until(*window, [&] { return window->end.has_value(); }));
     EXPECT_EQ(*window->end, 0);
     EXPECT_TRUE(loop.runUntil([&] { return seen().state != InstanceLock::State::running; }));
+    EXPECT_FALSE(std::filesystem::exists(socket)) << "the host has died instead of ending";
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ void SessionController::launch(SessionLauncher& launcher) {
                        .loop = surroundings_.loop, .home = surroundings_.home, .log = surroundings_.log});
     }
     const auto bound = [weak = weak_from_this()](auto member) {
-        return [weak, member](auto... arguments) {
+        return [weak, member](const auto&... arguments) {
             if (const auto self = weak.lock()) (self.get()->*member)(arguments...);
         };
     };

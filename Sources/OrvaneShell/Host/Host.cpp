@@ -74,7 +74,8 @@ Host::Host(Mode mode, Environment environment, InstanceLock lock, DiagnosticLog 
                              .launcher = &launcher_,
                              .customAgent = [this](const Uuid& id) { return agents_.spec(id); }})),
       stopSequence_(loop_, store_),
-      views_(preferences_, Folders::home(environment_), [this] { stop(); }),
+      // In a turn of its own: a view that asks for the end is still at work, and goes with it.
+      views_(preferences_, Folders::home(environment_), [this] { loop_.post([this] { stop(); }); }),
       router_(
           {.store = *store_,
            .agents = agents_,

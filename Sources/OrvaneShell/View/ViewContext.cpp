@@ -73,6 +73,11 @@ bool ViewContext::showsSidebar() const {
     return !store.interface().shellCollapse.railHidden;
 }
 
+ViewLayout ViewContext::wholeLayout() const {
+    return ViewLayout::of(store.workspace(),
+                          {.cols = cols, .rows = rows, .showsSidebar = showsSidebar(), .zoomedLeaf = std::nullopt});
+}
+
 Date ViewContext::now() const {
     return dateOf(store.loop().wallTime());
 }

@@ -69,6 +69,8 @@ class ViewContext {
     SessionController* sessionIn(const ViewLayout::Pane& pane) const;
     bool showsSidebar() const;
     std::string leaderText() const { return KeyText::write(leader); }
+    /// Of this moment and with all panes; that of the last frame may be zoomed, or older than a split a moment ago.
+    ViewLayout wholeLayout() const;
     Date now() const;
     /// Starts a session in the focused pane when that is empty, else where there is room; a program that cannot be
     /// started is told.

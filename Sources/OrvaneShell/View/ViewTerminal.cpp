@@ -116,8 +116,6 @@ void ViewTerminal::draw() {
         const int cols = side(size->cols, defaultCols);
         const int rows = side(size->rows, defaultRows);
         if (cols != canvas_.cols() || rows != canvas_.rows()) canvas_.resize(cols, rows);
-        const bool hasPixels = size->xPixels > 0 && size->yPixels > 0;
-        cellPixels_ = hasPixels ? std::optional(Pixels{size->xPixels / cols, size->yPixels / rows}) : std::nullopt;
     }
     callbacks_.paint(canvas_);
     if (!isStarted_) return;

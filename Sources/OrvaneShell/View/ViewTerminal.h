@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,13 +54,6 @@ class ViewTerminal {
     void trackMotion(bool isWanted);
     /// An answer of the terminal about itself.
     void noteReply(const ReplyEvent& reply);
-    /// The size of a cell in pixels; nothing when the terminal does not tell.
-    struct Pixels {
-        int width = 0;
-        int height = 0;
-        bool operator==(const Pixels&) const = default;
-    };
-    std::optional<Pixels> cellPixels() const { return cellPixels_; }
 
  private:
     void readInput();
@@ -76,7 +70,6 @@ class ViewTerminal {
     std::vector<InputEvent> events_;
     FrameWriter writer_;
     Canvas canvas_;
-    std::optional<Pixels> cellPixels_;
     std::string unsent_;
     Instant nextFrameAt_;
     bool isFrameWanted_ = false;

@@ -52,7 +52,7 @@ void saveLayout(ViewContext& view) {
                                               }));
 }
 
-ListOverlay::Item layoutItem(std::string label, std::string detail, PaneNode shape) {
+ListOverlay::Item layoutItem(std::string label, std::string detail, const PaneNode& shape) {
     return {.label = std::move(label), .detail = std::move(detail), .choose = [shape](ViewContext& with) {
                 if (!with.layout.surface) return;
                 with.zoomedLeaf.reset();
@@ -65,6 +65,7 @@ ListOverlay::Item layoutItem(std::string label, std::string detail, PaneNode sha
 
 std::vector<ListOverlay::Item> layoutItems(const ViewContext& view) {
     std::vector<ListOverlay::Item> items;
+    items.reserve(std::size(PaneLayout::all) + view.store.workspace().templates.size() + 1);
     for (const PaneLayout& layout : PaneLayout::all)
         items.push_back(layoutItem(view.l10n.text(layout.textKey), {}, layout.build()));
     for (const PaneTemplate& saved : view.store.workspace().templates)
@@ -87,10 +88,7 @@ void focusBeside(ViewContext& view, const KeyEvent& key) {
     const auto direction = directionOf(key);
     const auto leaf = view.focusedLeaf();
     if (!direction || !leaf) return;
-    // The layout of the last frame may be zoomed, or older than a split a moment ago.
-    const ViewLayout whole = ViewLayout::of(
-        view.store.workspace(),
-        {.cols = view.cols, .rows = view.rows, .showsSidebar = view.showsSidebar(), .zoomedLeaf = std::nullopt});
+    const ViewLayout whole = view.wholeLayout();
     if (const ViewLayout::Pane* next = whole.neighbour(*leaf, *direction)) view.focus(next->leaf);
 }
 

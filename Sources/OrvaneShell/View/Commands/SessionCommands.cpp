@@ -116,7 +116,7 @@ void launch(ViewContext& view, const KeyEvent& /*key*/) {
     // What is installed may have changed since the last look; the list says so while it is found out.
     view.tools.refresh();
     auto list = std::make_unique<ListOverlay>(view, view.l10n.text("view.launch.title"), launchItems);
-    list->onDismissed = [](ViewContext& with) { with.store.interface().overlay.reset(); };
+    list->onGone = [](ViewContext& with) { with.store.interface().overlay.reset(); };
     view.open(std::move(list));
     view.store.interface().overlay = Overlay::launcher;
 }

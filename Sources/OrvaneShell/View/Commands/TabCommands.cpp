@@ -1,4 +1,3 @@
-#include "OrvaneCore/Workspace/PaneNavigation.h"
 #include "OrvaneCore/Workspace/SurfaceList.h"
 #include "OrvaneShell/View/Commands/ViewCommands.h"
 #include "OrvaneShell/View/Overlays/ConfirmOverlay.h"
@@ -72,6 +71,7 @@ void close(ViewContext& view, const KeyEvent& /*key*/) {
 void showHidden(ViewContext& view) {
     view.open(std::make_unique<ListOverlay>(view, view.l10n.text("shell.tab.overflow"), [](const ViewContext& with) {
         std::vector<ListOverlay::Item> items;
+        items.reserve(with.layout.hiddenTabs.size());
         for (const SurfaceMeta& meta : with.layout.hiddenTabs) {
             items.push_back({.label = meta.title, .choose = [id = meta.id](ViewContext& then) { show(then, id); }});
         }

@@ -5,7 +5,6 @@
 #include "Orvane/Agents/TerminalAgent.h"
 #include "OrvaneShell/Texts/SessionTexts.h"
 #include "OrvaneShell/View/CanvasPen.h"
-#include "OrvaneShell/View/Input/KeyText.h"
 #include "OrvaneShell/View/Painting/DialogBox.h"
 #include "OrvaneShell/View/Painting/ViewLook.h"
 #include "OrvaneShell/View/Painting/WrappedText.h"

@@ -50,7 +50,7 @@ void HelpOverlay::paint(const ViewContext& view, Canvas& canvas) {
     lastFirst_ = std::max(0, count - inside.rows);
     first_ = std::clamp(first_, 0, lastFirst_);
     for (int row = 0; row < inside.rows && first_ + row < count; ++row) {
-        const Line& line = lines[static_cast<std::size_t>(first_ + row)];
+        const Line& line = lines[static_cast<std::size_t>(first_) + static_cast<std::size_t>(row)];
         const int y = inside.y + row;
         if (line.keys.empty()) {
             pen.text(inside.x, y, line.text, ViewLook::bold);

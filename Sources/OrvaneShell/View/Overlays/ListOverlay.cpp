@@ -63,6 +63,7 @@ ViewOverlay::Next ListOverlay::choose(ViewContext& view) {
     if (chosen_ >= shown_.size()) return Next::stays;
     // What is chosen may open another overlay, or change the workspace and so this list.
     const auto act = items_[shown_[chosen_]].choose;
+    dismissed(view);
     act(view);
     return Next::closes;
 }
@@ -109,7 +110,7 @@ ViewOverlay::Next ListOverlay::refresh(ViewContext& view) {
 }
 
 void ListOverlay::dismissed(ViewContext& view) {
-    if (onDismissed) onDismissed(view);
+    if (onGone) onGone(view);
 }
 
 std::string ListOverlay::hint(const ViewContext& view) const {

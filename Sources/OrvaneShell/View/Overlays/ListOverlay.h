@@ -32,8 +32,8 @@ class ListOverlay final : public ViewOverlay {
     void dismissed(ViewContext& view) override;
     std::string hint(const ViewContext& view) const override;
 
-    /// Runs when the list goes without a choice.
-    std::function<void(ViewContext&)> onDismissed;
+    /// Runs when the list goes, before what was chosen.
+    std::function<void(ViewContext&)> onGone;
 
  private:
     void narrow();

@@ -11,16 +11,10 @@ using Direction = ViewLayout::Direction;
 constexpr int colsAtOnce = 2;
 constexpr int rowsAtOnce = 1;
 
-ViewLayout currentLayout(const ViewContext& view) {
-    return ViewLayout::of(
-        view.store.workspace(),
-        {.cols = view.cols, .rows = view.rows, .showsSidebar = view.showsSidebar(), .zoomedLeaf = std::nullopt});
-}
-
 void pullEdge(ViewContext& view, const Uuid& leaf, Direction direction) {
     const bool isSideways = direction == Direction::left || direction == Direction::right;
     const bool isForward = direction == Direction::right || direction == Direction::down;
-    const ViewLayout layout = currentLayout(view);
+    const ViewLayout layout = view.wholeLayout();
     const auto* divider = layout.dividerOf(leaf, isSideways ? PaneAxis::horizontal : PaneAxis::vertical);
     if (divider == nullptr || !layout.surface) return;
     const int step = isSideways ? colsAtOnce : rowsAtOnce;
@@ -43,7 +37,7 @@ PaneDropZone zoneOf(Direction direction) {
 }
 
 void moveBeside(ViewContext& view, const Uuid& leaf, Direction direction) {
-    const ViewLayout layout = currentLayout(view);
+    const ViewLayout layout = view.wholeLayout();
     const ViewLayout::Pane* moved = layout.pane(leaf);
     const ViewLayout::Pane* target = layout.neighbour(leaf, direction);
     if (moved == nullptr || target == nullptr || !moved->content || !layout.surface) return;

@@ -48,7 +48,7 @@ void SidebarPainter::paint(const ViewContext& view, Canvas& canvas) {
     pen.fill(area, ViewLook::plain);
     pen.fill(view.layout.sidebarEdge, ViewLook::dim, U'│');
     for (int i = 0; i < area.rows && first_ + i < static_cast<int>(rows_.size()); ++i) {
-        const SidebarRow& row = rows_[static_cast<std::size_t>(first_ + i)];
+        const SidebarRow& row = rows_[static_cast<std::size_t>(first_) + static_cast<std::size_t>(i)];
         const SessionController* session = row.session ? view.store.session(*row.session) : nullptr;
         if (session != nullptr) {
             paintSession(view, pen, area.y + i, *session);
