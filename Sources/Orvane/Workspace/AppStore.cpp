@@ -80,17 +80,22 @@ void AppStore::resignedActive() {
 }
 
 void AppStore::refreshBranches() {
-    if (!services_.readBranch) return;
-    for (const Project& project : workspace_.projects) {
-        runInBackground(
-            services_.pool, services_.loop, [read = services_.readBranch, path = project.path] { return read(path); },
-            [weak = weak_from_this(), id = project.id](std::optional<std::string> branch) {
-                if (const auto self = weak.lock()) self->noteBranch(id, std::move(branch));
-            });
-    }
+    for (const Project& project : workspace_.projects)
+        readBranch(project);
+}
+
+void AppStore::readBranch(const Project& project) {
+    if (!services_.git || !branchesBeingRead_.insert(project.id).second) return;
+    runInBackground(
+        services_.pool, services_.loop,
+        [git = services_.git(), path = project.path] { return git.currentBranch(path); },
+        [weak = weak_from_this(), id = project.id](std::optional<std::string> branch) {
+            if (const auto self = weak.lock()) self->noteBranch(id, std::move(branch));
+        });
 }
 
 void AppStore::noteBranch(const Uuid& project, std::optional<std::string> branch) {
+    branchesBeingRead_.erase(project);
     const auto known = gitBranches_.find(project);
     const bool isKnown = known != gitBranches_.end();
     if (workspace_.project(project) == nullptr || (isKnown ? branch == known->second : !branch)) return;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Orvane/Agents/SessionController.h"
+#include "Orvane/Git/Git.h"
 #include "Orvane/Support/Signal.h"
 #include "Orvane/Workspace/SessionEvent.h"
 #include "Orvane/Workspace/SessionRestorer.h"
@@ -43,8 +44,8 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
         SessionLauncher* launcher = nullptr;
         /// The agent that the user added under this id.
         std::function<std::optional<AgentSpec>(const Uuid&)> customAgent;
-        /// The branch checked out in a folder. Runs on the pool.
-        std::function<std::optional<std::string>(const std::string& path)> readBranch;
+        /// The runner of git with the environment of this moment; without one no project has a branch.
+        std::function<Git()> git;
         /// Hands a session that wants attention to the notifications.
         std::function<void(SessionController&)> notify;
     };
@@ -196,6 +197,7 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     void endSession(const Uuid& id);
     void forgetEndedSessions();
     void refreshBranches();
+    void readBranch(const Project& project);
     void noteBranch(const Uuid& project, std::optional<std::string> branch);
     void restoreShell();
 
@@ -208,6 +210,8 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     /// Closed, but their programs may still be there; kept so that quitting can end them.
     std::vector<std::shared_ptr<SessionController>> closedSessions_;
     std::map<Uuid, std::string> gitBranches_;
+    /// Projects whose git has not answered yet; on a network that is gone it may take its whole time.
+    std::set<Uuid> branchesBeingRead_;
     std::deque<SessionEvent> recentEvents_;
     std::vector<std::function<void()>> shutDowns_;
     std::uint64_t remoteRevision_ = 0;

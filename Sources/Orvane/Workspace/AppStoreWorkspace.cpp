@@ -11,6 +11,7 @@ Uuid AppStore::addProject(const std::string& path) {
     if (workspace_.projects.size() == before) return id;
     tally_.raise("project_add");
     if (!workspace_.selectedProjectID) workspace_.selectProject(id);
+    if (isActive()) readBranch(*workspace_.project(id));
     committed();
     return id;
 }

@@ -40,6 +40,14 @@ WholeFileWriter::ErrorCallback reporting(const DiagnosticLog& log) {
     };
 }
 
+EnvironmentEntries entries(const Environment& environment) {
+    EnvironmentEntries all;
+    all.reserve(environment.size());
+    for (const auto& [name, value] : environment)
+        all.push_back(name + "=" + value);
+    return all;
+}
+
 L10n chosenTexts(const PreferencesStore& preferences, const Environment& environment) {
     return {chooseLanguage(preferences.string("language", {}), variable(environment, "LC_ALL"),
                            variable(environment, "LANG"))};
@@ -72,7 +80,8 @@ Host::Host(Mode mode, Environment environment, InstanceLock lock, DiagnosticLog 
                              .home = Folders::home(environment_),
                              .log = [this](const std::string& line) { log_.log(line); },
                              .launcher = &launcher_,
-                             .customAgent = [this](const Uuid& id) { return agents_.spec(id); }})),
+                             .customAgent = [this](const Uuid& id) { return agents_.spec(id); },
+                             .git = [this] { return Git(loginCapture_.entries().value_or(entries(environment_))); }})),
       stopSequence_(loop_, store_),
       // In a turn of its own: a view that asks for the end is still at work, and goes with it.
       views_(preferences_, Folders::home(environment_), [this] { loop_.post([this] { stop(); }); }),

@@ -140,27 +140,27 @@ TEST_F(AppStoreTest, AttentionIsClearedWhereTheUserIsLookingAndToldElsewhere) {
 }
 
 TEST_F(AppStoreTest, BranchesAreReadWhileActiveOnly) {
-    std::atomic<int> reads = 0;
-    auto reading = std::make_shared<AppStore>(AppStore::Services{.loop = loop,
-                                                                 .pool = pool,
-                                                                 .preferences = preferences,
-                                                                 .stateFile = stateFile,
-                                                                 .readBranch = [&](const std::string&) {
-                                                                     ++reads;
-                                                                     return std::optional<std::string>("main");
-                                                                 }});
+    const std::string calls = folder.path("calls");
+    std::filesystem::create_directory(folder.path("bin"));
+    folder.write("bin/git", "#!/bin/sh\necho call >> '" + calls + "'\necho main\n");
+    std::filesystem::permissions(folder.path("bin/git"), std::filesystem::perms::owner_all);
+    const auto reads = [&] { return std::ranges::count(readWholeFile(calls, 1000).value_or(""), '\n'); };
+    auto reading = std::make_shared<AppStore>(
+        AppStore::Services{.loop = loop, .pool = pool, .preferences = preferences, .stateFile = stateFile, .git = [&] {
+                               return Git({"PATH=" + folder.path("bin") + ":/usr/bin:/bin"});
+                           }});
     const Uuid home = reading->addProject(folder.path());
     loop.advance(60s);
-    EXPECT_EQ(reads, 0);
+    EXPECT_EQ(reads(), 0);
     reading->becameActive();
     ASSERT_TRUE(loop.runUntil([&] { return reading->gitBranches().contains(home); }));
     EXPECT_EQ(reading->gitBranches().at(home), "main");
-    loop.advance(31s);
-    ASSERT_TRUE(loop.runUntil([&] { return reads == 3; }));
+    loop.advance(16s);
+    ASSERT_TRUE(loop.runUntil([&] { return reads() == 2; }));
     reading->resignedActive();
     loop.advance(60s);
     reading.reset();  // what is still being read finds no store
-    EXPECT_EQ(reads, 3);
+    EXPECT_EQ(reads(), 2);
 }
 
 TEST_F(AppStoreTest, ProjectsTabsAndTreesSurviveARestart) {
