@@ -11,7 +11,8 @@ pid_t of(pid_t process);
 /// Signals every process of the group. A SIGTERM is followed by SIGCONT, so that stopped jobs can act on it.
 void signal(pid_t group, int signal);
 
-/// Whether the group still has a process, one of another user included.
+/// Whether the group still has a process that runs, one of another user included. One that has ended and waits to be
+/// reaped counts no more: orphans are the init process's to reap, which some containers do late or never.
 bool isAlive(pid_t group);
 
 }  // namespace orvane::ProcessGroup
