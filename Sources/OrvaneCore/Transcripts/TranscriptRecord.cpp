@@ -1,0 +1,110 @@
+#include "OrvaneCore/Transcripts/TranscriptRecord.h"
+
+#include <charconv>
+#include <cmath>
+#include <string>
+#include <utility>
+
+#include "OrvaneCore/Support/Text.h"
+
+namespace orvane {
+
+namespace {
+
+using simdjson::dom::element;
+
+template <typename Value>
+std::optional<Value> taken(simdjson::simdjson_result<Value>&& result) {
+    Value value;
+    if (std::move(result).get(value) != simdjson::SUCCESS) return std::nullopt;
+    return value;
+}
+
+/// The code unit of the escape "\uXXXX" that begins there.
+std::optional<unsigned> codeUnit(std::string_view text, std::size_t at) {
+    constexpr std::size_t length = 6;
+    if (at + length > text.size() || text[at] != '\\' || text[at + 1] != 'u') return std::nullopt;
+    unsigned unit = 0;
+    const char* end = text.data() + at + length;
+    const auto [read, error] = std::from_chars(text.data() + at + 2, end, unit, 16);
+    return error == std::errc() && read == end ? std::optional(unit) : std::nullopt;
+}
+
+bool isHighHalf(unsigned unit) {
+    return unit >= 0xD800 && unit < 0xDC00;
+}
+
+bool isLowHalf(unsigned unit) {
+    return unit >= 0xDC00 && unit < 0xE000;
+}
+
+/// With "\ufffd" in the place of every escape that is half of a pair.
+std::string withWholePairs(std::string line) {
+    for (std::size_t at = line.find('\\'); at != std::string::npos; at = line.find('\\', at + 2)) {
+        const auto unit = codeUnit(line, at);
+        if (!unit || (!isHighHalf(*unit) && !isLowHalf(*unit))) continue;
+        const auto next = codeUnit(line, at + 6);
+        if (isHighHalf(*unit) && next && isLowHalf(*next)) {
+            at += 6;
+        } else {
+            line.replace(at, 6, "\\ufffd");
+        }
+    }
+    return line;
+}
+
+}  // namespace
+
+TranscriptRecord TranscriptRecord::operator[](std::string_view key) const {
+    if (!isObject()) return {};
+    const auto member = taken<element>(value_->at_key(key));
+    return member && !member->is_null() ? TranscriptRecord(*member) : TranscriptRecord();
+}
+
+std::optional<std::string_view> TranscriptRecord::string() const {
+    return value_ ? taken<std::string_view>(value_->get_string()) : std::nullopt;
+}
+
+bool TranscriptRecord::isTrue(std::string_view key) const {
+    const TranscriptRecord member = (*this)[key];
+    return member.value_ && taken<bool>(member.value_->get_bool()).value_or(false);
+}
+
+std::optional<std::int64_t> TranscriptRecord::integer() const {
+    if (!value_) return std::nullopt;
+    if (const auto whole = taken<std::int64_t>(value_->get_int64())) return whole;
+    constexpr double limit = 9007199254740992.0;  // 2^53, up to where a double tells every whole number
+    const auto number = taken<double>(value_->get_double());
+    if (!number || std::trunc(*number) != *number || std::abs(*number) > limit) return std::nullopt;
+    return static_cast<std::int64_t>(*number);
+}
+
+std::vector<TranscriptRecord> TranscriptRecord::elements() const {
+    std::vector<TranscriptRecord> all;
+    if (!isArray()) return all;
+    const auto array = taken<simdjson::dom::array>(value_->get_array());
+    all.reserve(array->size());
+    for (const element each : *array)
+        all.emplace_back(each);
+    return all;
+}
+
+std::vector<TranscriptRecord::Member> TranscriptRecord::members() const {
+    std::vector<Member> all;
+    if (!isObject()) return all;
+    const auto object = taken<simdjson::dom::object>(value_->get_object());
+    all.reserve(object->size());
+    for (const auto [key, value] : *object)
+        all.push_back({.key = key, .value = TranscriptRecord(value)});
+    return all;
+}
+
+std::optional<TranscriptRecord> TranscriptParser::parse(std::string_view line) {
+    element value;
+    auto error = parser_.parse(line.data(), line.size()).get(value);
+    if (error == simdjson::UTF8_ERROR || error == simdjson::STRING_ERROR)
+        error = parser_.parse(withWholePairs(Text::sanitizedUtf8(line))).get(value);
+    return error == simdjson::SUCCESS ? std::optional(TranscriptRecord(value)) : std::nullopt;
+}
+
+}  // namespace orvane
