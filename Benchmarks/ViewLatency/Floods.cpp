@@ -13,8 +13,8 @@ namespace {
 
 using Seconds = std::chrono::duration<double>;
 
-/// Until the flood is what it is for good.
-constexpr std::chrono::milliseconds warmUp{300};
+/// Until what a start leaves to do is done and the flood is what it is for good.
+constexpr std::chrono::milliseconds warmUp{1000};
 
 struct Flooded {
     std::vector<double> keys;

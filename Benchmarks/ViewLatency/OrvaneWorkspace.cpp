@@ -20,7 +20,7 @@ Measured<std::unique_ptr<OrvaneWorkspace>> OrvaneWorkspace::open(const std::stri
 Measured<void> OrvaneWorkspace::start(const std::string& orvane, const std::string& flood, Terminal* screen) {
     const Environment& variables = environment_.variables();
     std::ofstream(environment_.folder() + "/.zshrc").close();  // else zsh asks a new user what to put there
-    auto host = HostProcess::start(orvane, variables);
+    auto host = HostProcess::start(orvane, variables, ChildProcess::Group::ownSession);
     if (!host) return Failure(host.error());
     host_.emplace(*std::move(host));
     auto client = host_->connect();

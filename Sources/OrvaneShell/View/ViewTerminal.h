@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,8 +16,9 @@
 namespace orvane {
 
 /// The terminal of a client: what it shows and what is typed into it. Frames go out when it has taken the one before,
-/// at most 60 in a second and never more bytes in a second than a line of middling quality carries; so a terminal that
-/// does not read gets nothing and costs nothing, and once it reads again it gets what is there then. Main thread only.
+/// at most 60 in a second but for answers to keys, and never more bytes in a second than a line of middling quality
+/// carries; so a terminal that does not read gets nothing and costs nothing, and once it reads again it gets what is
+/// there then. Main thread only.
 class ViewTerminal {
  public:
     static constexpr Duration frameInterval = std::chrono::microseconds(16'667);
@@ -42,8 +44,13 @@ class ViewTerminal {
     void stop();
     void giveBack();
 
+    enum class Haste {
+        paced,
+        /// Somebody waits for it who has typed: goes out without regard to the frame before, if the line is free.
+        prompt,
+    };
     /// Something has changed that the terminal shows.
-    void requestFrame();
+    void requestFrame(Haste haste = Haste::paced);
     /// The size may have changed.
     void noteSize();
     /// Somebody else may have written to the terminal.
@@ -58,6 +65,7 @@ class ViewTerminal {
  private:
     void readInput();
     void dispatch();
+    void schedule();
     void draw();
     void flush();
     void lose();
@@ -72,7 +80,8 @@ class ViewTerminal {
     Canvas canvas_;
     std::string unsent_;
     Instant nextFrameAt_;
-    bool isFrameWanted_ = false;
+    Instant lineFreeAt_;  ///< when the frame before has gone out at the rate that is allowed
+    std::optional<Haste> wanted_;
     bool sizeChanged_ = false;
     bool tracksMotion_ = false;
     bool isStarted_ = false;

@@ -23,6 +23,8 @@ constexpr Duration ageTolerance = 5s;
 /// After so long a program that holds its change back has died on it, and its terminal shows what there is.
 constexpr Duration longestHold = 1100ms;
 constexpr Duration bellInterval = 200ms;
+/// The echo of a key comes in one piece, what a program draws then in a few.
+constexpr int answersToAKey = 3;
 
 }  // namespace
 
@@ -45,7 +47,7 @@ void WorkspaceView::start() {
     AppStore& store = setup_.store;
     changes_ = store.changed.subscribe([this] { noteChange(); });
     outputs_ = store.sessionOutput.subscribe([this](const SessionController& session) {
-        if (shows(session)) terminal_.requestFrame();
+        if (shows(session)) terminal_.requestFrame(hasteOf(session));
     });
     news_ = store.sessionNews.subscribe(
         [this](const SessionController& session, const TerminalNews& news) { noteNews(session, news); });
@@ -95,7 +97,7 @@ void WorkspaceView::takeKey(const KeyEvent& key) {
     } else {
         return takePaneKey(key);
     }
-    if (!isOver_) terminal_.requestFrame();
+    if (!isOver_) terminal_.requestFrame(ViewTerminal::Haste::prompt);
 }
 
 void WorkspaceView::takeCommand(const KeyEvent& key) {
@@ -135,6 +137,7 @@ void WorkspaceView::takePaneKey(const KeyEvent& key) {
         terminal.scrollTo(terminal.buffer().yBase());
         terminal_.requestFrame();
     }
+    answersToCome_ = answersToAKey;
     session->type(bytes);
 }
 
@@ -215,6 +218,12 @@ bool WorkspaceView::shows(const SessionController& session) const {
         if (pane.content == session.id()) return true;
     }
     return false;
+}
+
+ViewTerminal::Haste WorkspaceView::hasteOf(const SessionController& session) {
+    if (answersToCome_ == 0 || context_.focusedSession() != &session) return ViewTerminal::Haste::paced;
+    --answersToCome_;
+    return ViewTerminal::Haste::prompt;
 }
 
 void WorkspaceView::noteNews(const SessionController& session, const TerminalNews& news) {
