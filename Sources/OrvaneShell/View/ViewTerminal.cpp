@@ -41,6 +41,7 @@ ViewTerminal::ViewTerminal(MainLoop& loop, TerminalDevice device, const OuterTer
 void ViewTerminal::start() {
     isStarted_ = true;
     (void)device_.makeRaw();  // a terminal that is gone says so when it is read
+    send(viewKeepTitleText());
     send(viewEnterText());
     readWatch_ = loop_.watch(device_.descriptor(), Readiness::readable, [this] { readInput(); });
     noteSize();

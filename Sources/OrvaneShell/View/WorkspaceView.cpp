@@ -119,7 +119,9 @@ void WorkspaceView::takePaneKey(const KeyEvent& key) {
     SessionController* session = context_.focusedSession();
     const bool isPress = key.action != KeyEvent::Action::release;
     if (session == nullptr) {
-        if (isPress && key.name == KeyName::enter) SessionCommands::launch(context_, key);
+        const auto leaf = context_.focusedLeaf();
+        const bool isFree = leaf && !context_.comingBack(*leaf);
+        if (isPress && isFree && key.name == KeyName::enter) SessionCommands::launch(context_, key);
         return;
     }
     if (!session->isActive()) {
@@ -248,8 +250,10 @@ void WorkspaceView::noteNews(const SessionController& session, const TerminalNew
 /// A session begins to wait for its user, who may be looking elsewhere.
 void WorkspaceView::ringFor(const SessionEvent& event) {
     const SessionController* session = setup_.store.session(event.session);
-    if (event.to != "waiting" || session == nullptr || (hasFocus_ && context_.focusedSession() == session)) return;
+    if (session == nullptr) return;
     const std::string line = context_.l10n.text("view.sessionCalls", session->title());
+    if (event.from == "waiting") context_.unsay(line);
+    if (event.to != "waiting" || (hasFocus_ && context_.focusedSession() == session)) return;
     terminal_.send(viewNotificationText(line));
     context_.say(line);
 }
