@@ -111,7 +111,8 @@ void ViewTerminal::requestFrame(Haste haste) {
 }
 
 void ViewTerminal::schedule() {
-    const Duration wait = (wanted_ == Haste::prompt ? lineFreeAt_ : nextFrameAt_) - loop_.now();
+    const Instant promptAt = std::max(lineFreeAt_, nextFrameAt_ - mostBorrowed * frameInterval);
+    const Duration wait = (wanted_ == Haste::prompt ? promptAt : nextFrameAt_) - loop_.now();
     frameTimer_.reset();
     if (wait > Duration{}) {
         frameTimer_ = loop_.after(wait, [this] { draw(); });
@@ -137,7 +138,7 @@ void ViewTerminal::draw() {
     const Duration sending(static_cast<std::int64_t>(static_cast<double>(frame.size()) / bytesPerSecond * 1e9));
     const Instant now = loop_.now();
     lineFreeAt_ = now + sending;
-    nextFrameAt_ = now + std::max(frameInterval, sending);
+    nextFrameAt_ = std::max(std::max(now, nextFrameAt_) + frameInterval, lineFreeAt_);
     unsent_ += frame;
     flush();
 }

@@ -16,12 +16,13 @@
 namespace orvane {
 
 /// The terminal of a client: what it shows and what is typed into it. Frames go out when it has taken the one before,
-/// at most 60 in a second but for answers to keys, and never more bytes in a second than a line of middling quality
-/// carries; so a terminal that does not read gets nothing and costs nothing, and once it reads again it gets what is
-/// there then. Main thread only.
+/// at most 60 in a second and never more bytes in a second than a line of middling quality carries; so a terminal that
+/// does not read gets nothing and costs nothing, and once it reads again it gets what is there then. Main thread only.
 class ViewTerminal {
  public:
     static constexpr Duration frameInterval = std::chrono::microseconds(16'667);
+    /// So many frames may be ahead of their time, when they answer keys.
+    static constexpr int mostBorrowed = 3;
     /// What a flood may send; the next frame waits until this one would have gone out at that rate.
     static constexpr double bytesPerSecond = 1 << 20;
 
@@ -46,7 +47,7 @@ class ViewTerminal {
 
     enum class Haste {
         paced,
-        /// Somebody waits for it who has typed: goes out without regard to the frame before, if the line is free.
+        /// Somebody waits for it who has typed: goes out as soon as the line is free, and those behind it wait longer.
         prompt,
     };
     /// Something has changed that the terminal shows.
