@@ -2,7 +2,9 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdio>
 #include <cstdlib>
+#include <exception>
 
 #include "Platform/Reaper.h"
 #include "ViewLatency/PaneProgram.h"
@@ -63,7 +65,11 @@ Measured<void> TmuxWorkspace::start(const std::string& flood) {
 /// The server ends by itself when the windows do, but not before the folders are to go.
 TmuxWorkspace::~TmuxWorkspace() {
     window_.reset();
-    (void)tmux({"kill-server"});
+    try {
+        (void)tmux({"kill-server"});
+    } catch (const std::exception& exception) {
+        std::fputs(exception.what(), stderr);
+    }
 }
 
 Measured<std::string> TmuxWorkspace::tmux(std::vector<std::string> words) const {
