@@ -4,6 +4,7 @@
 #include "Fuzzing.h"
 #include "OrvaneCore/Support/JSONObject.h"
 #include "OrvaneShell/Host/RequestRouter.h"
+#include "Platform/FileDescriptor.h"
 #include "Platform/ManualMainLoop.h"
 #include "Support/TemporaryFolder.h"
 
@@ -28,6 +29,8 @@ class Asking final : public LineServer::Connection {
         ++answers_;
     }
     void stream(std::string_view line) override { require(Json::parse(line).has_value(), "an event is JSON"); }
+    void onInput(std::function<void(std::string_view line)>) override {}
+    std::vector<FileDescriptor> takeDescriptors() override { return {}; }
     void onClose(std::function<void()> callback) override { onClose_ = std::move(callback); }
     int answers() const { return answers_; }
 
