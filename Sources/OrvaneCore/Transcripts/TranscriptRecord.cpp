@@ -116,6 +116,10 @@ std::vector<TranscriptRecord> TranscriptRecord::elements() const {
     return all;
 }
 
+std::string TranscriptRecord::json() const {
+    return value_ ? simdjson::minify(*value_) : "null";
+}
+
 std::vector<TranscriptRecord::Member> TranscriptRecord::members() const {
     std::vector<Member> all;
     if (!isObject()) return all;

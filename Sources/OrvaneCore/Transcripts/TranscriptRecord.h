@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -34,6 +35,9 @@ class TranscriptRecord {
     /// The elements of an array, in their order; none of what is no array.
     std::vector<TranscriptRecord> elements() const;
     std::vector<TranscriptRecord> elements(std::string_view key) const { return (*this)[key].elements(); }
+
+    /// The value as JSON without blanks; "null" when absent.
+    std::string json() const;
 
     struct Member;
     /// The members of an object, in the order of the text.
