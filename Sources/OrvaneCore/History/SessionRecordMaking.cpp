@@ -6,6 +6,7 @@
 #include "OrvaneCore/History/Scan/SessionScanner.h"
 #include "OrvaneCore/History/SessionHistory.h"
 #include "OrvaneCore/Support/Paths.h"
+#include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Support/TitleCut.h"
 
 namespace orvane::SessionHistory {
@@ -80,10 +81,12 @@ std::optional<SessionRecord> record(const Transcript& transcript, Lines head, Li
                          .messageCount = scan.messages,
                          .approximateTokens = scan.tokens,
                          .filePath = transcript.path};
-    if (record.id.empty()) record.id = nameWithoutExtension(transcript.path);
+    if (Text::trimmed(record.id).empty()) record.id = nameWithoutExtension(transcript.path);
     const std::string summary = std::move(scan.summaryTitle).value_or("");
     const std::vector<std::string> prompts = allPrompts(std::move(scan));
     record.title = titleOf(summary, prompts);
+    // A prompt of invisible characters alone.
+    if (record.title.empty()) record.title = record.id;
     record.preview = previewOf(prompts);
     return record;
 }

@@ -23,7 +23,7 @@ class Calendar {
 
     /// The first moment of the day that the date is in.
     Date startOfDay(Date date) const;
-    /// The same for a day that lies `days` after it, or before it.
+    /// The same for the day that lies so many days after it, or before it.
     Date startOfDay(Date date, int daysLater) const;
     /// The first moment of "2026-11-21"; none for what is no such day.
     std::optional<Date> parseDay(std::string_view text) const;

@@ -90,7 +90,7 @@ void ClaudeScanner::addUsage(const TranscriptRecord& message, std::string_view l
     if (message.string("id") && !scan_.isNew(RawLine::escapedText(line, R"("id":")").value_or(line))) return;
     const TranscriptRecord usage = message["usage"];
     for (const char* key : {"input_tokens", "output_tokens", "cache_creation_input_tokens", "cache_read_input_tokens"})
-        scan_.tokens += std::max<std::int64_t>(usage.integer(key).value_or(0), 0);
+        scan_.addTokens(usage.integer(key));
 }
 
 /// A first prompt with a large picture reaches beyond what is read.

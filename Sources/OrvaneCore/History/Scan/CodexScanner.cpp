@@ -101,10 +101,10 @@ void CodexScanner::readMeta(std::string_view line) {
 /// The usage of a response is told again when something else of its line changed, with the same running total.
 void CodexScanner::readUsage(const TranscriptRecord& record) {
     const TranscriptRecord info = payloadOf(record)["info"];
-    const TranscriptRecord last = info["last_token_usage"];
     const auto total = info["total_token_usage"].integer("total_tokens");
     if (total && total == std::exchange(lastTotal_, total)) return;
-    scan_.tokens += std::max<std::int64_t>(last.integer("total_tokens").value_or(0), 0);
+    const auto last = info["last_token_usage"].integer("total_tokens");
+    scan_.addTokens(last ? last : total);
 }
 
 void CodexScanner::readMessage(const TranscriptRecord& record, std::string_view line, SessionScan::Part part) {

@@ -78,7 +78,7 @@ void GeminiScanner::readMessage(const TranscriptRecord& record, SessionScan::Par
     Message message{.id = std::string(record.string("id").value_or("")),
                     .isPrompt = record.string("type") == "user",
                     .text = textOf(record, Source::typed),
-                    .tokens = std::max<std::int64_t>(record["tokens"].integer("total").value_or(0), 0),
+                    .tokens = record["tokens"].integer("total"),
                     .at = dateOf(record, "timestamp"),
                     .part = part};
     const auto place = message.id.empty() ? places_.end() : places_.find(message.id);
@@ -111,7 +111,7 @@ void GeminiScanner::rewind(std::string_view id) {
 
 void GeminiScanner::finish() {
     for (Message& message : messages_) {
-        scan_.tokens += message.tokens;
+        scan_.addTokens(message.tokens);
         if (message.text.empty()) continue;
         ++scan_.messages;
         if (message.isPrompt) scan_.addPrompt(std::move(message.text), message.at, message.part);

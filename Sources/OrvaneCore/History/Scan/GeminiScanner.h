@@ -23,7 +23,7 @@ class GeminiScanner final : public SessionScanner {
         bool isPrompt = false;
         /// Empty for one that only carries calls of tools or their results.
         std::string text;
-        std::int64_t tokens = 0;
+        std::optional<std::int64_t> tokens;
         std::optional<Date> at;
         SessionScan::Part part = SessionScan::Part::head;
     };

@@ -11,4 +11,9 @@ void SessionScan::addPrompt(std::string text, std::optional<Date> at, Part part)
     (part == Part::head ? headPrompts : tailPrompts).push_back(std::move(text));
 }
 
+void SessionScan::addTokens(std::optional<std::int64_t> count) {
+    constexpr std::int64_t most = 1'000'000'000;
+    if (count && *count > 0 && *count < most) tokens += *count;
+}
+
 }  // namespace orvane

@@ -31,6 +31,8 @@ struct SessionScan {
 
     /// A prompt that was seen before is told once.
     void addPrompt(std::string text, std::optional<Date> at, Part part);
+    /// A figure that is missing, or that no response can have used, does not count.
+    void addTokens(std::optional<std::int64_t> count);
     /// Whether an id, or a line that has none, comes for the first time. The view has to last as long as this does.
     bool isNew(std::string_view idOrLine) { return seenLines_.insert(idOrLine).second; }
 
