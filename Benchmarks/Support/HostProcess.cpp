@@ -43,8 +43,9 @@ std::string requestLine(std::string_view verb, boost::json::object arguments) {
     return Json::write({{"verb", verb}, {"arguments", std::move(arguments)}, {"language", "en"}});
 }
 
-Measured<HostProcess> HostProcess::start(const std::string& orvane, const Environment& environment) {
-    auto process = spawn({.arguments = {orvane, "host"}, .environment = environment});
+Measured<HostProcess> HostProcess::start(const std::string& orvane, const Environment& environment,
+                                         ChildProcess::Group group) {
+    auto process = spawn({.arguments = {orvane, "host"}, .environment = environment, .group = group});
     if (!process) return Failure(process.error().message());
     return HostProcess(*std::move(process), environment);
 }

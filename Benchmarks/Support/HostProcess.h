@@ -18,7 +18,10 @@ std::string requestLine(std::string_view verb, boost::json::object arguments = {
 /// A running "orvane host" of its own environment. Killed if it was not stopped.
 class HostProcess {
  public:
-    [[nodiscard]] static Measured<HostProcess> start(const std::string& orvane, const Environment& environment);
+    /// In a session of its own, where the workspace view starts it, the system shares out the processors differently;
+    /// there an interrupt from the keyboard does not end it.
+    [[nodiscard]] static Measured<HostProcess> start(const std::string& orvane, const Environment& environment,
+                                                     ChildProcess::Group group = ChildProcess::Group::ofParent);
     HostProcess(HostProcess&&) = default;
     HostProcess& operator=(HostProcess&&) = delete;
     ~HostProcess();

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -22,6 +23,9 @@ constexpr std::size_t drainLimit = std::size_t{256} << 10;
 
 /// Of one turn of the reading thread: a program that writes as fast as it is read must not keep the others waiting.
 constexpr std::chrono::microseconds longestRead{500};
+
+/// More than this at once, in bytes, is for the reading thread: what a program draws on a screen is less.
+constexpr std::size_t quietSize = std::size_t{16} << 10;
 
 /// Bytes, or what is to be done behind those before it.
 struct Chunk {
@@ -48,9 +52,15 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
     // Of the dispatching thread.
     const Callbacks callbacks;
     bool isClosed = false;
+    Registration quietWatch;  ///< while it reads itself
 
     // Of the reading thread.
     Registration watch;
+    bool isHandedOver = false;  ///< the dispatching thread reads
+    Instant loudAt = reader.now();
+
+    // Of the one that reads.
+    bool isEmptied = false;  ///< the last read has left nothing
     bool isAtEnd = false;
     bool isEndTold = false;
     int logCounter = 0;
@@ -66,6 +76,7 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
     // On the reading thread.
 
     void issueRead() {
+        isHandedOver = false;
         if (watch || isAtEnd) return;
         watch = reader.watch(descriptor.number(), Readiness::readable, [weak = weak_from_this()] {
             if (const auto self = weak.lock()) self->readOnce();
@@ -73,23 +84,47 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
     }
 
     void readOnce() {
-        std::string bytes = readAvailable();
+        std::string bytes = readAvailable(limits.readSize);
+        if (!isEmptied) loudAt = reader.now();
         if (!bytes.empty() && !enqueue({.bytes = std::move(bytes), .task = {}})) watch.reset();
-        if (isAtEnd) tellEnd();
+        if (isAtEnd) {
+            watch.reset();
+            return tellEnd();
+        }
+        if (watch && reader.now() - loudAt >= limits.quietTime) handOver();
     }
 
+    /// Behind what waits already.
+    void handOver() {
+        watch.reset();
+        isHandedOver = true;
+        enqueue({.bytes = {}, .task = [this] { readQuietly(); }});
+    }
+
+    void drainHere(std::function<void()> task) {
+        if (isHandedOver) {
+            enqueue({.bytes = {}, .task = [this, task = std::move(task)]() mutable { drainSoon(std::move(task)); }});
+            return;
+        }
+        drain(std::move(task));
+        if (isAtEnd) watch.reset();
+    }
+
+    // On the thread that reads.
+
     /// A pseudo-terminal hands out little at a time, so it is asked until it has no more.
-    std::string readAvailable() {
+    std::string readAvailable(std::size_t room) {
         // One for all channels of the thread: a session in which nothing happens should not hold 128 KiB for it.
         thread_local std::string buffer;
-        const std::size_t room = limits.readSize;
         if (buffer.size() < room) buffer.resize(room);
         std::size_t size = 0;
+        isEmptied = false;
         const auto start = std::chrono::steady_clock::now();
         do {
             const ssize_t count =
                 uninterrupted([&] { return ::read(descriptor.number(), buffer.data() + size, room - size); });
-            if (count < 0 && errno == EAGAIN) break;
+            isEmptied = count < 0 && errno == EAGAIN;
+            if (isEmptied) break;
             // The other side of a pseudo-terminal that was closed gives EIO.
             isAtEnd = count <= 0;
             if (isAtEnd) break;
@@ -101,7 +136,6 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
     }
 
     void tellEnd() {
-        watch.reset();
         if (std::exchange(isEndTold, true)) return;
         enqueue({.bytes = {}, .task = [this] {
                      if (callbacks.onEnd) callbacks.onEnd();
@@ -111,7 +145,7 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
     void drain(std::function<void()> task) {
         std::size_t drained = 0;
         while (!isAtEnd && drained < drainLimit) {
-            std::string bytes = readAvailable();
+            std::string bytes = readAvailable(limits.readSize);
             if (bytes.empty()) break;
             drained += bytes.size();
             enqueue({.bytes = std::move(bytes), .task = {}});
@@ -158,6 +192,47 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
 
     // On the dispatching thread.
 
+    void readQuietly() {
+        quietWatch = dispatch.watch(descriptor.number(), Readiness::readable, [weak = weak_from_this()] {
+            if (const auto self = weak.lock()) self->readQuietlyOnce();
+        });
+    }
+
+    void readQuietlyOnce() {
+        std::string bytes = readAvailable(std::min(quietSize, limits.readSize));
+        if (!isEmptied) quietWatch.reset();
+        if (!bytes.empty()) deliver(std::move(bytes));
+        if (isClosed) return;
+        if (isAtEnd) return tellEnd();
+        if (!quietWatch) {
+            postToReader([](State& state) {
+                state.loudAt = state.reader.now();
+                state.issueRead();
+            });
+        }
+    }
+
+    /// At once, unless something is still to be delivered before.
+    void deliver(std::string bytes) {
+        std::unique_lock lock(pendingLock);
+        const bool isNext = !pendingScheduled;
+        lock.unlock();
+        if (isNext) {
+            callbacks.onData(bytes);
+        } else {
+            enqueue({.bytes = std::move(bytes), .task = {}});
+        }
+    }
+
+    void drainSoon(std::function<void()> task) {
+        if (!quietWatch) {
+            postToReader([task = std::move(task)](State& state) mutable { state.drainHere(std::move(task)); });
+            return;
+        }
+        drain(std::move(task));
+        if (isAtEnd) quietWatch.reset();
+    }
+
     void flush() {
         const Instant start = dispatch.now();
         while (auto chunk = next()) {
@@ -193,7 +268,7 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
         pendingBytes -= chunk.bytes.size();
         if (readSuspendedForBackpressure && pendingBytes <= limits.lowWater) {
             readSuspendedForBackpressure = false;
-            postToReader([](State& state) { state.issueRead(); });
+            if (!quietWatch) postToReader([](State& state) { state.issueRead(); });
         }
         return chunk;
     }
@@ -214,6 +289,7 @@ ReadChannel::ReadChannel(MainLoop& dispatch, MainLoop& reader, FileDescriptor de
 /// The watch goes on its own thread, and the descriptor with the last who holds the state.
 ReadChannel::~ReadChannel() {
     state_->isClosed = true;
+    state_->quietWatch.reset();
     state_->postToReader([](State& state) {
         state.watch.reset();
         state.isAtEnd = state.isEndTold = true;
@@ -225,7 +301,7 @@ int ReadChannel::descriptor() const {
 }
 
 void ReadChannel::whenDrained(std::function<void()> task) {
-    state_->postToReader([task = std::move(task)](State& state) mutable { state.drain(std::move(task)); });
+    state_->drainSoon(std::move(task));
 }
 
 void ReadChannel::setLogging(std::optional<std::string> directory) {

@@ -14,6 +14,8 @@ namespace orvane {
 
 /// The bytes of a descriptor that may bring more than anybody can take: read on the loop of one thread, delivered on
 /// that of another in slices that leave it free. When too much waits, reading pauses, and whoever writes has to wait.
+/// As long as it brings little, such as the echo of keys, it is read on the loop that it delivers on, which saves the
+/// way through the other thread.
 ///
 /// Used on the loop that it delivers on. Destroying it closes the descriptor; nothing is called any more.
 class ReadChannel {
@@ -24,6 +26,8 @@ class ReadChannel {
         std::size_t lowWater = 0x100000;                    ///< and at which it goes on
         std::size_t flushThreshold = 32;                    ///< delivered pieces that may stay at the head of the queue
         Duration timeSlice = std::chrono::milliseconds(4);  ///< of calls in one turn
+        /// Behind the last read that brought much, before it is read on the other loop again.
+        Duration quietTime = std::chrono::milliseconds(100);
     };
 
     /// They may destroy the channel.

@@ -63,6 +63,17 @@ TEST(TerminalVerbsTest, aRecordingThatIsFedGivesTheSameScreen) {
                                 " -- sh -c 'stty -onlcr; ls -la --color=always /; tput cup 3 4; printf é'");
     ASSERT_EQ(run.status, 0);
     EXPECT_EQ(terminal("feed --json < " + file).output, run.output);
+
+    // And one with times, whose program makes its terminal another size.
+    const std::string cast = folder.path("a.cast");
+    ASSERT_EQ(terminal("run --cols 30 --rows 4 --record " + cast +
+                       " -- sh -c 'printf \"\\303\"; sleep 0.1; printf \"\\251\\033[8;5;40t\"'")
+                  .status,
+              0);
+    const std::string lines = folder.read("a.cast");
+    EXPECT_TRUE(lines.starts_with(R"({"version": 2, "width": 30, "height": 4)")) << lines;
+    EXPECT_TRUE(lines.contains(R"("r", "40x5"])")) << lines;
+    EXPECT_TRUE(lines.contains(R"("o", "é\u001b[8;5;40t"])")) << lines;
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "EndToEnd/HostTest.h"
+#include "EndToEnd/ViewTest.h"
 #include "OrvaneCore/Support/JSONObject.h"
 #include "OrvaneCore/Support/Json.h"
 #include "TerminalEmulator/HeadlessTerminal.h"
@@ -59,19 +59,8 @@ class Window {
     HeadlessTerminal terminal_;
 };
 
-class ViewTest : public HostTest {
+class ViewInTerminal : public ViewTest {
  protected:
-    ViewTest() {
-        environment["SHELL"] = "/bin/sh";
-        environment["PS1"] = "ready> ";
-        folder.write(".bash_profile", "PATH=" + folder.path("bin") + ":/usr/bin:/bin\nPS1='ready> '\n");
-        folder.write(".zshrc", "PROMPT='ready> '\n");
-        folder.write(".zprofile", "PATH=" + folder.path("bin") + ":/usr/bin:/bin\n");
-        std::filesystem::create_directory(folder.path("bin"));
-        std::filesystem::create_symlink(ORVANE_SCRIPTED_AGENT, folder.path("bin/claude"));
-        environment["ORVANE_TEST_SCENARIO"] = std::string(ORVANE_SOURCE_DIR) + "/Tests/Agents/Scenarios/claude.agent";
-    }
-
     std::unique_ptr<Window> open(std::vector<std::string> words = {}, int cols = 120, int rows = 30) {
         return std::make_unique<Window>(loop, environment, folder.path("project"), std::move(words), cols, rows);
     }
@@ -86,13 +75,9 @@ class ViewTest : public HostTest {
     ::testing::AssertionResult untilGone(const Window& window, const std::string& text) {
         return until(window, [&] { return !window.shows(text); }) << "not wanted: " << text;
     }
-    std::string newSession(std::vector<std::string> words) {
-        words.insert(words.begin(), "new");
-        return orvane(words)->output.substr(0, 8);
-    }
 };
 
-TEST_F(ViewTest, TheFirstStartShowsTheFolderWithAShellAndDetachingLeavesItRunning) {
+TEST_F(ViewInTerminal, TheFirstStartShowsTheFolderWithAShellAndDetachingLeavesItRunning) {
     auto window = open();
     ASSERT_TRUE(untilShows(*window, "▾ project"));
     ASSERT_TRUE(untilShows(*window, "─ · shell"));
@@ -121,7 +106,7 @@ TEST_F(ViewTest, TheFirstStartShowsTheFolderWithAShellAndDetachingLeavesItRunnin
     EXPECT_TRUE(untilShows(*other, "▾ project"));
 }
 
-TEST_F(ViewTest, PanesAreSplitZoomedMovedResizedAndClosed) {
+TEST_F(ViewInTerminal, PanesAreSplitZoomedMovedResizedAndClosed) {
     auto window = open();
     ASSERT_TRUE(untilShows(*window, "─ · shell"));
     window->type("echo le''ft\r");
@@ -168,7 +153,7 @@ TEST_F(ViewTest, PanesAreSplitZoomedMovedResizedAndClosed) {
     EXPECT_TRUE(untilShows(*window, "12 60"));
 }
 
-TEST_F(ViewTest, AWaitingAgentIsSeenFromAnotherPaneAndAnsweredThere) {
+TEST_F(ViewInTerminal, AWaitingAgentIsSeenFromAnotherPaneAndAnsweredThere) {
     auto window = open();
     ASSERT_TRUE(untilShows(*window, "─ · shell"));
     const std::string waiting = newSession({"claude", "--title", "asker"});
@@ -193,7 +178,7 @@ TEST_F(ViewTest, AWaitingAgentIsSeenFromAnotherPaneAndAnsweredThere) {
     EXPECT_TRUE(untilGone(*window, "asker asks"));
 }
 
-TEST_F(ViewTest, TheTerminalIsGivenBackWhenTheHostDiesAndTheNextHostBringsEverythingBack) {
+TEST_F(ViewInTerminal, TheTerminalIsGivenBackWhenTheHostDiesAndTheNextHostBringsEverythingBack) {
     auto window = open();
     ASSERT_TRUE(untilShows(*window, "─ · shell"));
     window->command("\"");

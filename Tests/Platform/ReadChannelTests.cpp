@@ -51,8 +51,10 @@ struct ReadChannelTest : testing::Test {
 
 TEST_F(ReadChannelTest, stopsReadingWhenTooMuchWaitsAndGoesOnLater) {
     constexpr std::size_t highWater = 200'000;
-    ReadChannel channel(loop, reader.loop(), makePipe(),
-                        {.readSize = 10'000, .highWater = highWater, .lowWater = 50'000}, callbacks());
+    ReadChannel channel(
+        loop, reader.loop(), makePipe(),
+        {.readSize = 10'000, .highWater = highWater, .lowWater = 50'000, .quietTime = std::chrono::hours(1)},
+        callbacks());
     // Nothing is delivered meanwhile: the queue and the pipe fill up, and no more is taken.
     const std::size_t taken = fill();
     EXPECT_GE(taken, highWater);
@@ -88,6 +90,44 @@ TEST_F(ReadChannelTest, deliversInSlicesThatLeaveTheLoopFree) {
     ASSERT_TRUE(runUntil(loop, [&] { return received == bytes.size(); }));
     EXPECT_LE(largestTurn, 3000) << "two pieces of 3 ms fill a slice of 4 ms";
     EXPECT_GT(turns, 5);
+}
+
+TEST_F(ReadChannelTest, keepsTheOrderWhileItReadsHereAndThere) {
+    std::string all;
+    ReadChannel channel(loop, reader.loop(), makePipe(), {.quietTime = {}},
+                        {.onData = [&](std::string_view bytes) { all += bytes; }, .onEnd = [&] { hasEnded = true; }});
+    std::string expected;
+    std::size_t drained = 0;
+    const auto send = [&](std::size_t size) {
+        for (std::size_t sent = 0; sent < size;) {
+            const std::string piece = std::to_string(expected.size()) + " ";
+            if (write(writeEnd.number(), piece.data(), piece.size()) < 0) {
+                // The pipe is full.
+                const std::size_t before = all.size();
+                ASSERT_TRUE(runUntil(loop, [&] { return all.size() > before; }));
+                continue;
+            }
+            expected += piece;
+            sent += piece.size();
+        }
+    };
+    for (int round = 0; round < 200; ++round) {
+        send(round % 7 == 0 ? 100'000 : 10);
+        const std::size_t before = expected.size();
+        if (round % 3 == 0) {
+            channel.whenDrained([&, before] {
+                ++drained;
+                EXPECT_GE(all.size(), before);
+            });
+        }
+        if (round % 2 == 0) {
+            ASSERT_TRUE(runUntil(loop, [&] { return all.size() == expected.size(); })) << "round " << round;
+        }
+    }
+    writeEnd.close();
+    ASSERT_TRUE(runUntil(loop, [&] { return hasEnded; }));
+    EXPECT_EQ(all, expected);
+    EXPECT_EQ(drained, 67U);
 }
 
 TEST_F(ReadChannelTest, drainsWhatIsThereBeforeATaskRunsAndMayGoAtAnyTime) {

@@ -59,6 +59,14 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     void load();
     /// The host can be reached: the sessions of the last run come back from now on.
     void beginRestore() { restorer_.begin(); }
+    /// A session of the last run that is not back yet: the title it will have, and its pane, the nil id when it has
+    /// none.
+    struct ComingBack {
+        std::string title;
+        Uuid leaf;
+    };
+    /// In the order in which they come.
+    std::vector<ComingBack> comingBack(const Uuid& project) const;
 
     const WorkspaceModel& workspace() const { return workspace_; }
     const std::vector<std::shared_ptr<SessionController>>& sessions() const { return sessions_; }

@@ -50,6 +50,18 @@ void AppStore::startRestored(const Uuid& project, const SessionRestorer::Pending
     saveState();
 }
 
+std::vector<AppStore::ComingBack> AppStore::comingBack(const Uuid& project) const {
+    std::vector<ComingBack> sessions;
+    for (const SessionRestorer::Pending& pending : restorer_.comingBack(project)) {
+        const RestorableSession& saved = pending.saved;
+        const auto spec = saved.customAgentID && services_.customAgent ? services_.customAgent(*saved.customAgentID)
+                                                                       : std::optional<AgentSpec>();
+        const std::string unnamed = spec ? spec->name : std::string(rawValue(saved.kind));
+        sessions.push_back({.title = saved.title.empty() ? unnamed : saved.title, .leaf = pending.leaf});
+    }
+    return sessions;
+}
+
 bool AppStore::isRestorable(const SessionController& session) const {
     if (session.isActive()) return true;
     if (!shutdownAt_ || !SessionSaving::wasEndedFromOutside(session.status())) return false;

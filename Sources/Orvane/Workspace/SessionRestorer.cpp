@@ -36,9 +36,13 @@ void SessionRestorer::begin() {
     timer_ = loop_.after(delay, [this] { restore(); });
 }
 
+bool SessionRestorer::isWanted() const {
+    return preferences_.boolean("restore.enabled", true);
+}
+
 void SessionRestorer::restore() {
     const PendingByProject sessions = std::exchange(waiting_, {});
-    if (!preferences_.boolean("restore.enabled", true)) return;
+    if (!isWanted()) return;
     prioritized_ = workspace_.selectedProjectID;
     auto plan = RestorePlanner::plan(projectOrder(workspace_), sessions, prioritized_, isVisible);
     immediate_ = std::move(plan.immediate);
@@ -84,6 +88,10 @@ std::vector<SessionRestorer::Pending> SessionRestorer::pending(const Uuid& proje
         }
     }
     return sessions;
+}
+
+std::vector<SessionRestorer::Pending> SessionRestorer::comingBack(const Uuid& project) const {
+    return isWanted() ? pending(project) : std::vector<Pending>();
 }
 
 }  // namespace orvane

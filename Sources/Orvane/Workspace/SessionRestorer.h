@@ -45,8 +45,11 @@ class SessionRestorer {
     void stop();
     /// Those of a project, in the order in which they come back.
     std::vector<Pending> pending(const Uuid& project) const;
+    /// The same; none when they are not to be started.
+    std::vector<Pending> comingBack(const Uuid& project) const;
 
  private:
+    bool isWanted() const;
     void restore();
     void drain();
 

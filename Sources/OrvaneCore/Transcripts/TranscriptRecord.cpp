@@ -1,5 +1,8 @@
 #include "OrvaneCore/Transcripts/TranscriptRecord.h"
 
+#include <simdjson.h>
+
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <string>
@@ -55,26 +58,50 @@ std::string withWholePairs(std::string line) {
 
 }  // namespace
 
+struct TranscriptRecord::Access {
+    static std::optional<element> value(const TranscriptRecord& record) {
+        if (record.place_.document == nullptr) return std::nullopt;
+        return std::bit_cast<element>(record.place_);
+    }
+    static TranscriptRecord record(const element& value) {
+        TranscriptRecord record;
+        record.place_ = std::bit_cast<Place>(value);
+        return record;
+    }
+};
+
+bool TranscriptRecord::isObject() const {
+    const auto value = Access::value(*this);
+    return value && value->is_object();
+}
+
+bool TranscriptRecord::isArray() const {
+    const auto value = Access::value(*this);
+    return value && value->is_array();
+}
+
 TranscriptRecord TranscriptRecord::operator[](std::string_view key) const {
     if (!isObject()) return {};
-    const auto member = taken<element>(value_->at_key(key));
-    return member && !member->is_null() ? TranscriptRecord(*member) : TranscriptRecord();
+    const auto member = taken<element>(Access::value(*this)->at_key(key));
+    return member && !member->is_null() ? Access::record(*member) : TranscriptRecord();
 }
 
 std::optional<std::string_view> TranscriptRecord::string() const {
-    return value_ ? taken<std::string_view>(value_->get_string()) : std::nullopt;
+    const auto value = Access::value(*this);
+    return value ? taken<std::string_view>(value->get_string()) : std::nullopt;
 }
 
 bool TranscriptRecord::isTrue(std::string_view key) const {
-    const TranscriptRecord member = (*this)[key];
-    return member.value_ && taken<bool>(member.value_->get_bool()).value_or(false);
+    const auto value = Access::value((*this)[key]);
+    return value && taken<bool>(value->get_bool()).value_or(false);
 }
 
 std::optional<std::int64_t> TranscriptRecord::integer() const {
-    if (!value_) return std::nullopt;
-    if (const auto whole = taken<std::int64_t>(value_->get_int64())) return whole;
+    const auto value = Access::value(*this);
+    if (!value) return std::nullopt;
+    if (const auto whole = taken<std::int64_t>(value->get_int64())) return whole;
     constexpr double limit = 9007199254740992.0;  // 2^53, up to where a double tells every whole number
-    const auto number = taken<double>(value_->get_double());
+    const auto number = taken<double>(value->get_double());
     if (!number || std::trunc(*number) != *number || std::abs(*number) > limit) return std::nullopt;
     return static_cast<std::int64_t>(*number);
 }
@@ -82,29 +109,39 @@ std::optional<std::int64_t> TranscriptRecord::integer() const {
 std::vector<TranscriptRecord> TranscriptRecord::elements() const {
     std::vector<TranscriptRecord> all;
     if (!isArray()) return all;
-    const auto array = taken<simdjson::dom::array>(value_->get_array());
+    const auto array = taken<simdjson::dom::array>(Access::value(*this)->get_array());
     all.reserve(array->size());
     for (const element each : *array)
-        all.emplace_back(each);
+        all.push_back(Access::record(each));
     return all;
 }
 
 std::vector<TranscriptRecord::Member> TranscriptRecord::members() const {
     std::vector<Member> all;
     if (!isObject()) return all;
-    const auto object = taken<simdjson::dom::object>(value_->get_object());
+    const auto object = taken<simdjson::dom::object>(Access::value(*this)->get_object());
     all.reserve(object->size());
     for (const auto [key, value] : *object)
-        all.push_back({.key = key, .value = TranscriptRecord(value)});
+        all.push_back({.key = key, .value = Access::record(value)});
     return all;
 }
 
+struct TranscriptParser::Implementation {
+    simdjson::dom::parser parser;
+};
+
+TranscriptParser::TranscriptParser() : implementation_(std::make_unique<Implementation>()) {}
+
+TranscriptParser::~TranscriptParser() = default;
+
 std::optional<TranscriptRecord> TranscriptParser::parse(std::string_view line) {
+    simdjson::dom::parser& parser = implementation_->parser;
     element value;
-    auto error = parser_.parse(line.data(), line.size()).get(value);
+    auto error = parser.parse(line.data(), line.size()).get(value);
     if (error == simdjson::UTF8_ERROR || error == simdjson::STRING_ERROR)
-        error = parser_.parse(withWholePairs(Text::sanitizedUtf8(line))).get(value);
-    return error == simdjson::SUCCESS ? std::optional(TranscriptRecord(value)) : std::nullopt;
+        error = parser.parse(withWholePairs(Text::sanitizedUtf8(line))).get(value);
+    if (error != simdjson::SUCCESS) return std::nullopt;
+    return TranscriptRecord::Access::record(value);
 }
 
 }  // namespace orvane

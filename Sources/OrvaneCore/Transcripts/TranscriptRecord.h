@@ -1,8 +1,8 @@
 #pragma once
 
-#include <simdjson.h>
-
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -15,15 +15,14 @@ class TranscriptRecord {
  public:
     /// An absent value.
     TranscriptRecord() = default;
-    explicit TranscriptRecord(simdjson::dom::element value) : value_(value) {}
 
-    bool isObject() const { return value_ && value_->is_object(); }
-    bool isArray() const { return value_ && value_->is_array(); }
-    bool isString() const { return value_ && value_->is_string(); }
+    bool isObject() const;
+    bool isArray() const;
+    bool isString() const { return string().has_value(); }
 
     /// The value of a member of this object; absent for a missing one and for null.
     TranscriptRecord operator[](std::string_view key) const;
-    bool contains(std::string_view key) const { return (*this)[key].value_.has_value(); }
+    bool contains(std::string_view key) const { return (*this)[key].place_.document != nullptr; }
 
     std::optional<std::string_view> string() const;
     std::optional<std::string_view> string(std::string_view key) const { return (*this)[key].string(); }
@@ -41,7 +40,15 @@ class TranscriptRecord {
     std::vector<Member> members() const;
 
  private:
-    std::optional<simdjson::dom::element> value_;
+    friend class TranscriptParser;
+    struct Access;
+    /// Where the library finds the value; its header takes a second to compile.
+    struct Place {
+        const void* document = nullptr;  ///< null: absent
+        std::size_t index = 0;
+    };
+
+    Place place_;
 };
 
 struct TranscriptRecord::Member {
@@ -52,12 +59,16 @@ struct TranscriptRecord::Member {
 /// Reads the lines of a transcript, one at a time. Keeps memory for the longest so far. One thread at a time.
 class TranscriptParser {
  public:
+    TranscriptParser();
+    ~TranscriptParser();
+
     /// The JSON value that the line is; none when it is cut or malformed. Agents cut texts in the middle of a
     /// character: bytes that are no UTF-8 and halves of a surrogate pair are read as U+FFFD.
     std::optional<TranscriptRecord> parse(std::string_view line);
 
  private:
-    simdjson::dom::parser parser_;
+    struct Implementation;
+    std::unique_ptr<Implementation> implementation_;
 };
 
 }  // namespace orvane

@@ -5,6 +5,10 @@
 
 namespace orvane {
 
+SessionMark SessionMark::comingBack() {
+    return {"◌", ViewLook::dim};
+}
+
 SessionMark SessionMark::of(const SessionController& session) {
     using Status = SessionStatus;
     // Of a shell it is only known that it runs.

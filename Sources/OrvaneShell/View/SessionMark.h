@@ -12,6 +12,8 @@ struct SessionMark {
     std::string_view glyph;
     Attribute look;
 
+    /// A session of the last run that is still to come back.
+    static SessionMark comingBack();
     static SessionMark of(const SessionController& session);
 };
 

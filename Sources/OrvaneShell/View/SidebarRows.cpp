@@ -1,6 +1,7 @@
 #include "OrvaneShell/View/SidebarRows.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "OrvaneCore/Agents/AttentionRank.h"
 
@@ -24,6 +25,8 @@ std::vector<SidebarRow> SidebarRow::of(const AppStore& store, Date now, Folded f
         if (isFolded) continue;
         for (const AgentCard& card : AttentionRank::sorted(std::move(cards), now))
             rows.push_back({.project = project.id, .session = card.session});
+        for (AppStore::ComingBack& each : store.comingBack(project.id))
+            rows.push_back({.project = project.id, .comingBack = std::move(each.title)});
     }
     return rows;
 }

@@ -8,12 +8,14 @@
 
 namespace orvane {
 
-/// A row of the side rail: a project, or below it one of its sessions.
+/// A row of the side rail: a project, or below it one of its sessions, or one of the last run that is not back yet.
 struct SidebarRow {
     Uuid project;
     std::optional<Uuid> session;
     /// Of a project whose sessions are folded away: how many of them need the user.
     int foldedCalls = 0;
+    /// Of a session that is still to come back.
+    std::optional<std::string> comingBack;
 
     bool operator==(const SidebarRow&) const = default;
 

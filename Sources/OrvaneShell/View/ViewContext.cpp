@@ -1,8 +1,10 @@
 #include "OrvaneShell/View/ViewContext.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Orvane/Support/WallClock.h"
+#include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/Texts/SessionTexts.h"
 
 namespace orvane {
@@ -42,6 +44,13 @@ void ViewContext::say(std::string line) {
     actions.requestFrame();
 }
 
+void ViewContext::unsay(const std::string& line) {
+    if (notice_ != line) return;
+    notice_.clear();
+    noticeTimer_.reset();
+    actions.requestFrame();
+}
+
 std::optional<Uuid> ViewContext::focusedLeaf() const {
     const WorkspaceModel& workspace = store.workspace();
     const auto shown = project();
@@ -66,6 +75,13 @@ SessionController* ViewContext::focusedSession() const {
 
 SessionController* ViewContext::sessionIn(const ViewLayout::Pane& pane) const {
     return pane.content ? store.session(*pane.content) : nullptr;
+}
+
+std::optional<std::string> ViewContext::comingBack(const Uuid& leaf) const {
+    if (!project()) return std::nullopt;
+    const auto sessions = store.comingBack(*project());
+    const auto found = std::ranges::find(sessions, leaf, &AppStore::ComingBack::leaf);
+    return found == sessions.end() ? std::nullopt : std::optional(Text::oneLine(found->title));
 }
 
 bool ViewContext::showsSidebar() const {

@@ -60,6 +60,8 @@ class ViewContext {
     void close();
     /// A line at the bottom for some seconds.
     void say(std::string line);
+    /// Takes the line away when it is still there.
+    void unsay(const std::string& line);
     const std::string& notice() const { return notice_; }
 
     std::optional<Uuid> project() const { return store.workspace().selectedProjectID; }
@@ -67,6 +69,8 @@ class ViewContext {
     /// What the focused pane shows; null when it is empty.
     SessionController* focusedSession() const;
     SessionController* sessionIn(const ViewLayout::Pane& pane) const;
+    /// The title of the session of the last run that is still to come back into a pane.
+    std::optional<std::string> comingBack(const Uuid& leaf) const;
     bool showsSidebar() const;
     std::string leaderText() const { return KeyText::write(leader); }
     /// Of this moment and with all panes; that of the last frame may be zoomed, or older than a split a moment ago.

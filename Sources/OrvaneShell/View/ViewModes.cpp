@@ -21,6 +21,10 @@ std::string_view viewEnterText() {
            "\x1b[m\x1b[H\x1b[2J";    // an empty screen
 }
 
+std::string_view viewKeepTitleText() {
+    return "\x1b[22;2t";
+}
+
 std::string_view viewLeaveText() {
     return "\x18\x1b\\"                                    // CAN and ST end what was cut
            "\x1b[?2026l"                                   // shows what was held back
@@ -31,6 +35,7 @@ std::string_view viewLeaveText() {
            "\x1b]8;;\x1b\\"                                // no link
            "\x1b[m\x1b[0 q\x1b[?25h"                       // plain text; the user's cursor, shown
            "\x1b[H\x1b[2J"                                 // for terminals without an alternate screen
+           "\x1b[23;2t"                                    // the title that was kept
            "\x1b[?1049l";
 }
 

@@ -11,6 +11,9 @@ namespace orvane {
 /// attributes, CSI ? … c.
 std::string_view viewEnterText();
 
+/// Keeps the title of the window, once before the first one of the view; the leave text brings it back.
+std::string_view viewKeepTitleText();
+
 /// What a terminal is told at the end, in whatever state the view has left it, be it in the middle of a sequence. Does
 /// no harm to one that is in none of these modes but that its screen is cleared.
 std::string_view viewLeaveText();

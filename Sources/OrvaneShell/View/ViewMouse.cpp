@@ -83,7 +83,8 @@ void ViewMouse::press(ViewContext& view, SidebarPainter& sidebar, const MouseEve
 void ViewMouse::pressInSidebar(ViewContext& view, const SidebarRow& row, const MouseEvent& event) {
     view.zoomedLeaf.reset();
     if (row.session) return view.store.selectSession(*row.session);
-    if (event.x < view.layout.sidebar.x + foldMarkCols) return view.store.toggleCollapsed(row.project);
+    if (!row.comingBack && event.x < view.layout.sidebar.x + foldMarkCols)
+        return view.store.toggleCollapsed(row.project);
     view.store.selectProject(row.project);
 }
 

@@ -41,6 +41,7 @@ ViewTerminal::ViewTerminal(MainLoop& loop, TerminalDevice device, const OuterTer
 void ViewTerminal::start() {
     isStarted_ = true;
     (void)device_.makeRaw();  // a terminal that is gone says so when it is read
+    send(viewKeepTitleText());
     send(viewEnterText());
     readWatch_ = loop_.watch(device_.descriptor(), Readiness::readable, [this] { readInput(); });
     noteSize();
@@ -103,15 +104,28 @@ void ViewTerminal::redraw() {
     noteSize();
 }
 
-void ViewTerminal::requestFrame() {
-    if (!isStarted_ || std::exchange(isFrameWanted_, true)) return;
-    if (!unsent_.empty()) return;  // it comes when the one before has gone out
-    const Duration wait = nextFrameAt_ - loop_.now();
-    frameTimer_ = loop_.after(std::max(wait, Duration{}), [this] { draw(); });
+void ViewTerminal::requestFrame(Haste haste) {
+    if (!isStarted_ || (wanted_ && *wanted_ >= haste)) return;
+    wanted_ = haste;
+    if (unsent_.empty()) schedule();  // else it comes when the one before has gone out
+}
+
+void ViewTerminal::schedule() {
+    const Instant promptAt = std::max(lineFreeAt_, nextFrameAt_ - mostBorrowed * frameInterval);
+    const Duration wait = (wanted_ == Haste::prompt ? promptAt : nextFrameAt_) - loop_.now();
+    frameTimer_.reset();
+    if (wait > Duration{}) {
+        frameTimer_ = loop_.after(wait, [this] { draw(); });
+        return;
+    }
+    // In this turn more may change. A timer would do as well, but takes three calls of the system to come at once.
+    loop_.post([this, alive = std::weak_ptr(isAlive_)] {
+        if (!alive.expired() && isStarted_ && wanted_) draw();
+    });
 }
 
 void ViewTerminal::draw() {
-    isFrameWanted_ = false;
+    wanted_.reset();
     if (const auto size = std::exchange(sizeChanged_, false) ? device_.size() : std::nullopt) {
         const int cols = side(size->cols, defaultCols);
         const int rows = side(size->rows, defaultRows);
@@ -122,7 +136,9 @@ void ViewTerminal::draw() {
     const std::string frame = writer_.frame(canvas_);
     if (frame.empty()) return;
     const Duration sending(static_cast<std::int64_t>(static_cast<double>(frame.size()) / bytesPerSecond * 1e9));
-    nextFrameAt_ = loop_.now() + std::max(frameInterval, sending);
+    const Instant now = loop_.now();
+    lineFreeAt_ = now + sending;
+    nextFrameAt_ = std::max(std::max(now, nextFrameAt_) + frameInterval, lineFreeAt_);
     unsent_ += frame;
     flush();
 }
@@ -148,7 +164,7 @@ void ViewTerminal::flush() {
     unsent_.erase(0, sent);
     if (unsent_.empty()) {
         writeWatch_.reset();
-        if (std::exchange(isFrameWanted_, false)) requestFrame();
+        if (wanted_) schedule();
     } else if (!writeWatch_) {
         writeWatch_ = loop_.watch(device_.descriptor(), Readiness::writable, [this] { flush(); });
     }

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,8 @@ namespace orvane {
 class ViewTerminal {
  public:
     static constexpr Duration frameInterval = std::chrono::microseconds(16'667);
+    /// So many frames may be ahead of their time, when they answer keys.
+    static constexpr int mostBorrowed = 3;
     /// What a flood may send; the next frame waits until this one would have gone out at that rate.
     static constexpr double bytesPerSecond = 1 << 20;
 
@@ -42,8 +45,13 @@ class ViewTerminal {
     void stop();
     void giveBack();
 
+    enum class Haste {
+        paced,
+        /// Somebody waits for it who has typed: goes out as soon as the line is free, and those behind it wait longer.
+        prompt,
+    };
     /// Something has changed that the terminal shows.
-    void requestFrame();
+    void requestFrame(Haste haste = Haste::paced);
     /// The size may have changed.
     void noteSize();
     /// Somebody else may have written to the terminal.
@@ -58,6 +66,7 @@ class ViewTerminal {
  private:
     void readInput();
     void dispatch();
+    void schedule();
     void draw();
     void flush();
     void lose();
@@ -72,7 +81,8 @@ class ViewTerminal {
     Canvas canvas_;
     std::string unsent_;
     Instant nextFrameAt_;
-    bool isFrameWanted_ = false;
+    Instant lineFreeAt_;  ///< when the frame before has gone out at the rate that is allowed
+    std::optional<Haste> wanted_;
     bool sizeChanged_ = false;
     bool tracksMotion_ = false;
     bool isStarted_ = false;

@@ -23,6 +23,8 @@ constexpr Duration ageTolerance = 5s;
 /// After so long a program that holds its change back has died on it, and its terminal shows what there is.
 constexpr Duration longestHold = 1100ms;
 constexpr Duration bellInterval = 200ms;
+/// The echo of a key comes in one piece, what a program draws then in a few.
+constexpr int answersToAKey = 3;
 
 }  // namespace
 
@@ -45,7 +47,7 @@ void WorkspaceView::start() {
     AppStore& store = setup_.store;
     changes_ = store.changed.subscribe([this] { noteChange(); });
     outputs_ = store.sessionOutput.subscribe([this](const SessionController& session) {
-        if (shows(session)) terminal_.requestFrame();
+        if (shows(session)) terminal_.requestFrame(hasteOf(session));
     });
     news_ = store.sessionNews.subscribe(
         [this](const SessionController& session, const TerminalNews& news) { noteNews(session, news); });
@@ -95,7 +97,7 @@ void WorkspaceView::takeKey(const KeyEvent& key) {
     } else {
         return takePaneKey(key);
     }
-    if (!isOver_) terminal_.requestFrame();
+    if (!isOver_) terminal_.requestFrame(ViewTerminal::Haste::prompt);
 }
 
 void WorkspaceView::takeCommand(const KeyEvent& key) {
@@ -117,7 +119,9 @@ void WorkspaceView::takePaneKey(const KeyEvent& key) {
     SessionController* session = context_.focusedSession();
     const bool isPress = key.action != KeyEvent::Action::release;
     if (session == nullptr) {
-        if (isPress && key.name == KeyName::enter) SessionCommands::launch(context_, key);
+        const auto leaf = context_.focusedLeaf();
+        const bool isFree = leaf && !context_.comingBack(*leaf);
+        if (isPress && isFree && key.name == KeyName::enter) SessionCommands::launch(context_, key);
         return;
     }
     if (!session->isActive()) {
@@ -135,6 +139,7 @@ void WorkspaceView::takePaneKey(const KeyEvent& key) {
         terminal.scrollTo(terminal.buffer().yBase());
         terminal_.requestFrame();
     }
+    answersToCome_ = answersToAKey;
     session->type(bytes);
 }
 
@@ -217,6 +222,12 @@ bool WorkspaceView::shows(const SessionController& session) const {
     return false;
 }
 
+ViewTerminal::Haste WorkspaceView::hasteOf(const SessionController& session) {
+    if (answersToCome_ == 0 || context_.focusedSession() != &session) return ViewTerminal::Haste::paced;
+    --answersToCome_;
+    return ViewTerminal::Haste::prompt;
+}
+
 void WorkspaceView::noteNews(const SessionController& session, const TerminalNews& news) {
     std::visit(Overloaded{[&](const TerminalNews::Bell&) {
                               const Instant now = setup_.store.loop().now();
@@ -239,8 +250,10 @@ void WorkspaceView::noteNews(const SessionController& session, const TerminalNew
 /// A session begins to wait for its user, who may be looking elsewhere.
 void WorkspaceView::ringFor(const SessionEvent& event) {
     const SessionController* session = setup_.store.session(event.session);
-    if (event.to != "waiting" || session == nullptr || (hasFocus_ && context_.focusedSession() == session)) return;
+    if (session == nullptr) return;
     const std::string line = context_.l10n.text("view.sessionCalls", session->title());
+    if (event.from == "waiting") context_.unsay(line);
+    if (event.to != "waiting" || (hasFocus_ && context_.focusedSession() == session)) return;
     terminal_.send(viewNotificationText(line));
     context_.say(line);
 }

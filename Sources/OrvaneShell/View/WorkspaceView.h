@@ -62,6 +62,7 @@ class WorkspaceView {
     void noteFocus();
     void ringFor(const SessionEvent& event);
     bool shows(const SessionController& session) const;
+    ViewTerminal::Haste hasteOf(const SessionController& session);
 
     Setup setup_;
     ViewTerminal terminal_;
@@ -76,6 +77,8 @@ class WorkspaceView {
     /// The session that a paste goes to, and its form.
     std::optional<Uuid> pasteTarget_;
     PasteForm pasteForm_ = PasteForm::plain;
+    /// Of the pane that was typed to, so many changes are answers still.
+    int answersToCome_ = 0;
     Instant lastBellAt_;
     std::string title_;
     Registration changes_;

@@ -5,10 +5,12 @@
 #include <cstdio>
 #include <memory>
 #include <ostream>
+#include <utility>
 
 #include "OrvaneShell/CommandLine/CommandStatus.h"
 #include "OrvaneShell/CommandLine/Verbs/TerminalArguments.h"
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
+#include "OrvaneShell/Terminal/CastText.h"
 #include "OrvaneShell/Terminal/OwnWindow.h"
 #include "Platform/AsioMainLoop.h"
 #include "Platform/HostName.h"
@@ -31,17 +33,52 @@ using File = std::unique_ptr<std::FILE, FileCloser>;
 /// A headless terminal that keeps what its program wrote.
 class Recorder : public HeadlessTerminal {
  public:
-    using HeadlessTerminal::HeadlessTerminal;
+    Recorder(MainLoop& loop, MainLoop& reader, TerminalOptions options,
+             std::function<void(std::optional<int> exitCode)> atEnd)
+        : HeadlessTerminal(loop, reader, std::move(options), std::move(atEnd)), loop_(loop), start_(loop.now()) {}
 
-    File record;  ///< may be null
+    enum class Form : std::uint8_t { bytes, cast };
+
+    /// Both must be called at most once, before anything is written and after it.
+    void beginRecord(File file, Form form) {
+        record_ = std::move(file);
+        if (form != Form::cast) return;
+        cast_.emplace();
+        keep(CastText::header(terminal.cols(), terminal.rows()));
+    }
+    /// Whether everything was written.
+    bool finishRecord() {
+        if (cast_) keep(cast_->finish(time()));
+        return !record_ || (std::fflush(record_.get()) == 0 && std::ferror(record_.get()) == 0);
+    }
+
+    void sizeChanged(int cols, int rows) override {
+        if (cast_) keep(CastText::resize(time(), cols, rows));
+        HeadlessTerminal::sizeChanged(cols, rows);
+    }
 
  protected:
     Terminal& shownTerminal() { return terminal; }
 
     void dataReceived(std::string_view slice) override {
-        if (record) std::fwrite(slice.data(), 1, slice.size(), record.get());
+        if (cast_) {
+            keep(cast_->output(time(), slice));
+        } else {
+            keep(slice);
+        }
         HeadlessTerminal::dataReceived(slice);
     }
+
+ private:
+    CastText::Time time() const { return loop_.now() - start_; }
+    void keep(std::string_view bytes) {
+        if (record_) std::fwrite(bytes.data(), 1, bytes.size(), record_.get());
+    }
+
+    MainLoop& loop_;
+    Instant start_;
+    File record_;  ///< null when nothing is kept
+    std::optional<CastText> cast_;
 };
 
 std::vector<std::string> environmentOf(const ClientContext& client) {
@@ -105,7 +142,8 @@ int run(ClientContext& client, const Arguments& arguments) {
         status = shellStatus(exitCode);
         loop.stop();
     });
-    headless.record = std::move(*record);
+    headless.beginRecord(std::move(*record),
+                         arguments.value("record").ends_with(".cast") ? Recorder::Form::cast : Recorder::Form::bytes);
     headless.terminal.registerFurtherColors();
     const auto started = headless.process.startProcess({.executable = *program,
                                                         .args = {arguments.rest.begin() + 1, arguments.rest.end()},
@@ -127,7 +165,7 @@ int run(ClientContext& client, const Arguments& arguments) {
     }
     loop.run();
     TerminalArguments::printScreen(client, arguments, headless.terminal);
-    const bool isRecorded = !headless.record || std::fflush(headless.record.get()) == 0;
+    const bool isRecorded = headless.finishRecord();
     if (!isRecorded) client.errors << client.l10n.text("error.outputFailed") << '\n';
     return isRecorded ? status : CommandStatus::runFailed;
 }

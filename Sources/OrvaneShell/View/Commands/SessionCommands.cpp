@@ -80,7 +80,7 @@ std::vector<Item> destinations(const ViewContext& view) {
     std::vector<Item> items;
     for (const SidebarRow& row : SidebarRow::of(view.store, view.now(), SidebarRow::Folded::shown)) {
         const Project* project = view.store.workspace().project(row.project);
-        if (project == nullptr) continue;
+        if (project == nullptr || row.comingBack) continue;
         const SessionController* session = row.session ? view.store.session(*row.session) : nullptr;
         if (session == nullptr) {
             items.push_back({.label = project->name,

@@ -19,8 +19,11 @@ void paintLines(CanvasPen& pen, const CellRect& body, const std::vector<std::str
         pen.text(body.x + 2, y++, line, ViewLook::dim, std::max(0, body.cols - 3));
 }
 
-void paintEmpty(const ViewContext& view, CanvasPen& pen, const CellRect& body) {
-    paintLines(pen, body, wrapped(view.l10n.text("view.pane.empty", view.leaderText() + " c"), body.cols - 3));
+void paintEmpty(const ViewContext& view, CanvasPen& pen, const ViewLayout::Pane& pane) {
+    const auto title = view.comingBack(pane.leaf);
+    const std::string line = title ? view.l10n.text("view.pane.comingBack", *title)
+                                   : view.l10n.text("view.pane.empty", view.leaderText() + " c");
+    paintLines(pen, pane.body, wrapped(line, pane.body.cols - 3));
 }
 
 /// A surface that has no drawing here.
@@ -60,7 +63,7 @@ void PanePainter::paintPane(ViewContext& view, Canvas& canvas, const ViewLayout:
     SessionController* session = view.sessionIn(pane);
     if (session != nullptr && session->terminal() != nullptr) return paintTerminal(view, canvas, pane, *session);
     pen.fill(pane.body, ViewLook::plain);
-    if (!pane.content) return paintEmpty(view, pen, pane.body);
+    if (!pane.content) return paintEmpty(view, pen, pane);
     if (session == nullptr) return paintForeign(view, pen, pane);
     paintLines(pen, pane.body, {session->title()});
 }

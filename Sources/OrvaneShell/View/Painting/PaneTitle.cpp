@@ -22,16 +22,37 @@ std::string historyPlace(const SessionController& session) {
     return "-" + std::to_string(terminal.buffer().yBase() - terminal.getTopVisibleRow());
 }
 
-/// What the title row says at its right end.
-std::string stateOf(const ViewContext& view, const SessionController& session) {
-    if (!session.transientNotice().empty()) return session.transientNotice();
-    if (SessionQuestion::isAsked(session)) {
-        return SessionQuestion::of(session).line() + "  [" + view.leaderText() + " a]";
-    }
-    if (!session.isActive()) {
-        return statusText(view.l10n, JSONObject(sessionJson(session))) + "  " + view.l10n.text("view.pane.ended");
-    }
-    return isAgent(session.identity().kind) ? statusText(view.l10n, JSONObject(sessionJson(session))) : std::string();
+/// What the title row says at its right end: a text, and the keys that help, which stay when the text is cut.
+struct State {
+    std::string text;
+    std::string keys;
+};
+
+State stateOf(const ViewContext& view, const SessionController& session) {
+    if (!session.transientNotice().empty()) return {.text = Text::oneLine(session.transientNotice()), .keys = {}};
+    if (SessionQuestion::isAsked(session))
+        return {.text = SessionQuestion::of(session).line(), .keys = "[" + view.leaderText() + " a]"};
+    if (session.isActive() && !isAgent(session.identity().kind)) return {};
+    return {.text = Text::oneLine(statusText(view.l10n, JSONObject(sessionJson(session)))),
+            .keys = session.isActive() ? std::string() : view.l10n.text("view.pane.ended")};
+}
+
+int widthOf(const std::string& text) {
+    return static_cast<int>(Text::displayWidth(text));
+}
+
+/// Between two columns of the row, at the right.
+void paintState(CanvasPen& pen, const State& state, const Attribute& look, int start, int end, int y) {
+    const int room = end - start - 2;  // a blank at both sides
+    const std::string keys = state.keys.empty() || state.text.empty() ? state.keys : "  " + state.keys;
+    const int textCols = std::max(0, std::min(room - widthOf(keys), widthOf(state.text)));
+    const int width = std::min(room, textCols + widthOf(keys));
+    if (width <= 0) return;
+    const int x = end - width - 1;
+    pen.text(x - 1, y, " ", look);
+    pen.text(x, y, state.text, look, textCols);
+    pen.text(x + textCols, y, keys, look, width - textCols);
+    pen.text(end - 1, y, " ", look);
 }
 
 }  // namespace
@@ -48,20 +69,19 @@ void paint(const ViewContext& view, CanvasPen& pen, const ViewLayout::Pane& pane
     const auto put = [&](std::string_view text, const Attribute& look) {
         x += pen.text(x, row.y, text, look, std::max(0, end - x));
     };
-    if (session == nullptr) return;
-    const SessionMark mark = SessionMark::of(*session);
+    const auto comingBack = session == nullptr ? view.comingBack(pane.leaf) : std::nullopt;
+    if (session == nullptr && !comingBack) return;
+    const SessionMark mark = session == nullptr ? SessionMark::comingBack() : SessionMark::of(*session);
     put(" ", line);
     put(mark.glyph, mark.look);
-    put(" " + Text::oneLine(session->title()) + " ", isFocused ? ViewLook::bold : ViewLook::plain);
+    put(" " + (session == nullptr ? *comingBack : Text::oneLine(session->title())) + " ",
+        isFocused ? ViewLook::bold : ViewLook::plain);
+    if (session == nullptr) return;
     if (view.zoomedLeaf == pane.leaf) put(view.l10n.text("view.pane.zoomed") + " ", ViewLook::key);
     put(historyPlace(*session), ViewLook::key);
-    const std::string state = Text::oneLine(stateOf(view, *session));
-    if (state.empty()) return;
     const bool isCalling = SessionQuestion::isAsked(*session);
-    const int room = std::max(0, end - x - 2);
-    const int width = std::min(room, static_cast<int>(Text::displayWidth(state)) + 2);
-    pen.text(end - width, row.y, " " + state + " ",
-             isCalling ? ViewLook::colored(ViewLook::yellow, ViewLook::Style::bold) : line, width);
+    paintState(pen, stateOf(view, *session),
+               isCalling ? ViewLook::colored(ViewLook::yellow, ViewLook::Style::bold) : line, x + 1, end, row.y);
 }
 
 }  // namespace orvane::PaneTitle

@@ -52,6 +52,8 @@ void SidebarPainter::paint(const ViewContext& view, Canvas& canvas) {
         const SessionController* session = row.session ? view.store.session(*row.session) : nullptr;
         if (session != nullptr) {
             paintSession(view, pen, area.y + i, *session);
+        } else if (row.comingBack) {
+            paintComingBack(view, pen, area.y + i, *row.comingBack);
         } else if (!row.session) {
             paintProject(view, pen, area.y + i, row);
         }
@@ -86,6 +88,13 @@ void SidebarPainter::paintSession(const ViewContext& view, CanvasPen& pen, int y
     const std::string age = SessionTexts::shortAge(view.l10n, view.now() - session.evidence().since);
     paintPair(pen, {area.x + 4, y, area.cols - 5, 1}, Text::oneLine(session.title()),
               onBar(isCalling ? ViewLook::bold : ViewLook::plain), age, onBar(ViewLook::dim));
+}
+
+void SidebarPainter::paintComingBack(const ViewContext& view, CanvasPen& pen, int y, const std::string& title) {
+    const CellRect& area = view.layout.sidebar;
+    const SessionMark mark = SessionMark::comingBack();
+    pen.text(area.x + 2, y, mark.glyph, mark.look);
+    pen.text(area.x + 4, y, Text::oneLine(title), ViewLook::dim, area.cols - 5);
 }
 
 const SidebarRow* SidebarPainter::rowAt(const ViewContext& view, int x, int y) const {

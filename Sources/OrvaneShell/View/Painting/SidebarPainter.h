@@ -18,6 +18,7 @@ class SidebarPainter {
 
  private:
     void paintProject(const ViewContext& view, CanvasPen& pen, int y, const SidebarRow& row) const;
+    static void paintComingBack(const ViewContext& view, CanvasPen& pen, int y, const std::string& title);
     void paintSession(const ViewContext& view, CanvasPen& pen, int y, const SessionController& session) const;
     void keepSelectionInSight(const ViewContext& view, int room);
 
