@@ -36,6 +36,8 @@ Verb agentsAdd();
 Verb agentsEdit();
 Verb agentsRemove();
 Verb events();
+Verb history();
+Verb historyResume();
 Verb quit();
 Verb tools();
 Verb toolsInstall();

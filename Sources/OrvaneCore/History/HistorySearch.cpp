@@ -1,0 +1,128 @@
+#include "OrvaneCore/History/HistorySearch.h"
+
+#include <algorithm>
+#include <limits>
+#include <tuple>
+#include <utility>
+
+#include "OrvaneCore/Support/Text.h"
+
+namespace orvane {
+
+namespace {
+
+void replaceAll(std::string& text, std::string_view what, std::string_view by) {
+    for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
+        text.replace(at, what.size(), by);
+}
+
+/// In Turkish and Azeri the dot makes another letter: "I" is "ı", "İ" is "i" (Unicode CaseFolding.txt, status T).
+std::string foldedIn(std::string_view locale, std::string_view text) {
+    const bool isTurkic = locale.starts_with("tr") || locale.starts_with("az");
+    if (!isTurkic) return Text::folded(text);
+    std::string dotted(text);
+    replaceAll(dotted, "I", "ı");
+    replaceAll(dotted, "İ", "i");
+    return Text::folded(dotted);
+}
+
+std::vector<std::string> wordsOf(std::string_view text) {
+    constexpr std::string_view blank = " ";
+    const std::string line = Text::oneLine(text);
+    std::vector<std::string> words;
+    for (std::size_t at = 0; at < line.size();) {
+        const auto end = std::min(line.find(blank, at), line.size());
+        if (end > at) words.push_back(line.substr(at, end - at));
+        at = end + 1;
+    }
+    return words;
+}
+
+}  // namespace
+
+struct HistorySearch::Words {
+    std::vector<std::string> each;
+    /// All of them; empty when there is one only.
+    std::string phrase;
+};
+
+HistorySearch::HistorySearch(const std::vector<SessionRecord>& records, std::string_view locale) : records_(&records) {
+    entries_.reserve(records.size());
+    for (const SessionRecord& record : records)
+        append(record, locale);
+    texts_.shrink_to_fit();
+}
+
+void HistorySearch::append(const SessionRecord& record, std::string_view locale) {
+    const auto place = [this] { return static_cast<std::uint32_t>(texts_.size()); };
+    Entry entry{};
+    entry.title = place();
+    // Records of more than four gigabytes of text: the rest is found by its filters only.
+    if (texts_.size() < std::numeric_limits<std::int32_t>::max()) {
+        texts_ += foldedIn(locale, record.title);
+        entry.project = place();
+        texts_ += foldedIn(locale, record.projectName() + ' ' + record.projectPath);
+        entry.preview = place();
+        texts_ += foldedIn(locale, record.preview);
+    } else {
+        entry.project = entry.preview = place();
+    }
+    entry.end = place();
+    entries_.push_back(entry);
+}
+
+int HistorySearch::score(const Entry& entry, const Words& words) const {
+    const std::string_view title = between(entry.title, entry.project);
+    const std::string_view project = between(entry.project, entry.preview);
+    const std::string_view preview = between(entry.preview, entry.end);
+    int total = 0;
+    for (const std::string& word : words.each) {
+        if (title.contains(word)) {
+            total += 3;
+        } else if (project.contains(word)) {
+            total += 2;
+        } else if (preview.contains(word)) {
+            total += 1;
+        } else {
+            return 0;
+        }
+    }
+    if (words.phrase.empty()) return total;
+    if (title.contains(words.phrase)) return total + 4;
+    return preview.contains(words.phrase) ? total + 1 : total;
+}
+
+std::vector<std::size_t> HistorySearch::find(const HistoryQuery& query, const std::stop_token& stop) const {
+    constexpr std::size_t recordsBetweenLooks = 256;
+    const std::string folded(Text::trimmed(foldedIn(query.locale, query.text)));
+    Words words{.each = wordsOf(folded), .phrase = {}};
+    if (words.each.size() > 1) words.phrase = folded;
+    struct Match {
+        int score;
+        Date at;
+        std::size_t index;
+    };
+    std::vector<Match> matches;
+    for (std::size_t index = 0; index < entries_.size(); ++index) {
+        if (index % recordsBetweenLooks == 0 && stop.stop_requested()) return {};
+        const SessionRecord& record = (*records_)[index];
+        if (!query.passesFilters(record)) continue;
+        const int points = words.each.empty() ? 0 : score(entries_[index], words);
+        if (points > 0 || words.each.empty())
+            matches.push_back({.score = points, .at = record.lastActivityAt, .index = index});
+    }
+    std::ranges::sort(matches, [](const Match& a, const Match& b) {
+        return std::tuple(b.score, b.at, a.index) < std::tuple(a.score, a.at, b.index);
+    });
+    std::vector<std::size_t> found;
+    found.reserve(matches.size());
+    for (const Match& match : matches)
+        found.push_back(match.index);
+    return found;
+}
+
+std::size_t HistorySearch::byteSize() const {
+    return texts_.capacity() + entries_.capacity() * sizeof(Entry);
+}
+
+}  // namespace orvane
