@@ -1,0 +1,79 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Orvane/History/TranscriptBindings.h"
+#include "Orvane/History/TranscriptTail.h"
+#include "OrvaneCore/Support/Uuid.h"
+#include "OrvaneCore/Transcripts/SessionTelemetry.h"
+#include "OrvaneCore/Transcripts/TranscriptReading.h"
+#include "Platform/BackgroundPool.h"
+#include "Platform/FolderWatch.h"
+#include "Platform/MainLoop.h"
+
+namespace orvane {
+
+/// Finds the transcript of a session, follows it as it grows and tells what its end says. The files are read on the
+/// pool, one look at a time, and each look reads only what is new. Main thread only.
+class TranscriptWatch {
+ public:
+    static constexpr Duration interval = std::chrono::seconds(4);
+    static constexpr Duration tolerance = std::chrono::seconds(1);
+
+    /// All must outlive it, but for what the pool still does.
+    struct Surroundings {
+        MainLoop& loop;
+        BackgroundPool& pool;
+        TranscriptBindings& bindings;
+        /// The user's home folder, where agents keep their files.
+        std::string home;
+    };
+    /// The transcript has grown, or another one was found.
+    using Growth = std::function<void()>;
+
+    TranscriptWatch(const Uuid& session, SessionTelemetry telemetry, Surroundings surroundings, Growth onGrowth);
+    TranscriptWatch(const TranscriptWatch&) = delete;
+    TranscriptWatch& operator=(const TranscriptWatch&) = delete;
+    ~TranscriptWatch();
+
+    void start();
+    /// No more looks; what the last one told stays.
+    void stop();
+    /// The conversation begins anew.
+    void noteClear();
+    /// Looks soon, as every interval.
+    void tick();
+
+    /// What it told last; absent fields keep what an earlier look told.
+    const TranscriptReading& reading() const { return reading_; }
+    const std::optional<std::string>& path() const { return telemetry_.boundURL; }
+    /// Rises whenever the transcript has grown.
+    std::uint64_t revision() const { return revision_; }
+
+ private:
+    struct Look;
+    void take(Look look);
+    void follow(const std::string& path);
+
+    Uuid session_;
+    SessionTelemetry telemetry_;
+    Surroundings surroundings_;
+    Growth onGrowth_;
+    TranscriptReading reading_;
+    std::uint64_t revision_ = 0;
+    std::unique_ptr<TranscriptTail> tail_;  ///< with the pool while it looks
+    std::uint64_t clears_ = 0;
+    bool isLooking_ = false;
+    bool isWantedAgain_ = false;
+    Registration timer_;
+    std::unique_ptr<FolderWatch> folder_;
+    std::string watchedFolder_;
+    std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
+};
+
+}  // namespace orvane
