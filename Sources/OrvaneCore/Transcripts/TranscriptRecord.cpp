@@ -117,7 +117,8 @@ std::vector<TranscriptRecord> TranscriptRecord::elements() const {
 }
 
 std::string TranscriptRecord::json() const {
-    return value_ ? simdjson::minify(*value_) : "null";
+    const auto value = Access::value(*this);
+    return value ? simdjson::minify(*value) : "null";
 }
 
 std::vector<TranscriptRecord::Member> TranscriptRecord::members() const {
