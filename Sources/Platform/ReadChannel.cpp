@@ -27,6 +27,9 @@ constexpr std::chrono::microseconds longestRead{500};
 /// More than this at once, in bytes, is for the reading thread: what a program draws on a screen is less.
 constexpr std::size_t quietSize = std::size_t{16} << 10;
 
+/// In bytes; a terminal takes them in less than a millisecond.
+constexpr std::size_t deliveredAtOnce = std::size_t{16} << 10;
+
 /// Bytes, or what is to be done behind those before it.
 struct Chunk {
     std::string bytes;
@@ -53,6 +56,8 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
     const Callbacks callbacks;
     bool isClosed = false;
     Registration quietWatch;  ///< while it reads itself
+    Chunk current;            ///< what is being delivered
+    std::size_t delivered = 0;
 
     // Of the reading thread.
     Registration watch;
@@ -235,12 +240,12 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
 
     void flush() {
         const Instant start = dispatch.now();
-        while (auto chunk = next()) {
+        while (takeNext()) {
             if (isClosed) return;
-            if (chunk->task) {
-                chunk->task();
+            if (current.task) {
+                std::exchange(current.task, {})();
             } else {
-                callbacks.onData(chunk->bytes);
+                deliverPiece();
             }
             if (isClosed) return;
             if (dispatch.now() - start >= limits.timeSlice) {
@@ -248,6 +253,23 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
                 return;
             }
         }
+    }
+
+    /// Of the chunk at hand: a whole one can take longer than a slice.
+    void deliverPiece() {
+        const std::string_view piece = std::string_view(current.bytes).substr(delivered, deliveredAtOnce);
+        delivered += piece.size();
+        callbacks.onData(piece);
+    }
+
+    /// Whether there is something to deliver in `current`.
+    bool takeNext() {
+        if (delivered < current.bytes.size()) return true;
+        delivered = 0;
+        current = {};
+        auto chunk = next();
+        if (chunk) current = std::move(*chunk);
+        return chunk.has_value();
     }
 
     std::optional<Chunk> next() {

@@ -25,7 +25,7 @@ class ReadChannel {
         std::size_t highWater = 0x400000;                   ///< undelivered bytes at which reading pauses
         std::size_t lowWater = 0x100000;                    ///< and at which it goes on
         std::size_t flushThreshold = 32;                    ///< delivered pieces that may stay at the head of the queue
-        Duration timeSlice = std::chrono::milliseconds(4);  ///< of calls in one turn
+        Duration timeSlice = std::chrono::milliseconds(1);  ///< of calls in one turn: so long a key may have to wait
         /// Behind the last read that brought much, before it is read on the other loop again.
         Duration quietTime = std::chrono::milliseconds(100);
     };

@@ -35,7 +35,7 @@ WorkspaceView::WorkspaceView(Setup setup, TerminalDevice device)
                  .paint = [this](Canvas& canvas) { paint(canvas); },
                  .onGone = [this] { end(End::gone); }}),
       context_(setup_.store, setup_.tools, setup_.agents, setup_.l10n, setup_.leader,
-               {.requestFrame = [this] { terminal_.requestFrame(); },
+               {.requestFrame = [this] { requestFrame(); },
                 .detach = [this] { end(End::detached); },
                 .stopHost = [this] { setup_.stopHost(); },
                 .openProject = [this](const std::string& typed) { setup_.openProject(typed); },
@@ -53,7 +53,7 @@ void WorkspaceView::start() {
         [this](const SessionController& session, const TerminalNews& news) { noteNews(session, news); });
     toolChanges_ = setup_.tools.changed.subscribe([this] { noteChange(); });
     events_ = store.sessionEvents.subscribe([this](const SessionEvent& event) { ringFor(event); });
-    ageTimer_ = store.loop().every(ageInterval, ageTolerance, [this] { terminal_.requestFrame(); });
+    ageTimer_ = store.loop().every(ageInterval, ageTolerance, [this] { requestFrame(); });
     store.becameActive();
     terminal_.start();
     noteChange();
@@ -97,7 +97,7 @@ void WorkspaceView::takeKey(const KeyEvent& key) {
     } else {
         return takePaneKey(key);
     }
-    if (!isOver_) terminal_.requestFrame(ViewTerminal::Haste::prompt);
+    if (!isOver_) requestFrame(ViewTerminal::Haste::prompt);
 }
 
 void WorkspaceView::takeCommand(const KeyEvent& key) {
@@ -137,7 +137,7 @@ void WorkspaceView::takePaneKey(const KeyEvent& key) {
     if (context_.selection.session() || terminal.getTopVisibleRow() != terminal.buffer().yBase()) {
         context_.selection.clear();
         terminal.scrollTo(terminal.buffer().yBase());
-        terminal_.requestFrame();
+        requestFrame();
     }
     answersToCome_ = answersToAKey;
     session->type(bytes);
@@ -151,7 +151,7 @@ void WorkspaceView::takeMouse(const MouseEvent& mouse) {
 void WorkspaceView::takePaste(const PasteEvent& paste) {
     if (context_.overlay != nullptr) {
         context_.overlay->text(context_, paste.text);
-        return terminal_.requestFrame();
+        return requestFrame();
     }
     if (paste.isFirst) {
         const SessionController* session = context_.focusedSession();
@@ -212,7 +212,7 @@ void WorkspaceView::noteChange() {
     const std::string title = project == nullptr ? "Orvane" : Text::oneLine(project->name) + " - Orvane";
     if (std::exchange(title_, title) != title) terminal_.send(viewTitleText(title));
     noteFocus();
-    terminal_.requestFrame();
+    requestFrame();
 }
 
 bool WorkspaceView::shows(const SessionController& session) const {
@@ -258,24 +258,38 @@ void WorkspaceView::ringFor(const SessionEvent& event) {
     context_.say(line);
 }
 
+void WorkspaceView::requestFrame(ViewTerminal::Haste haste) {
+    areSurroundingsStale_ = true;
+    terminal_.requestFrame(haste);
+}
+
 void WorkspaceView::paint(Canvas& canvas) {
-    context_.cols = canvas.cols();
-    context_.rows = canvas.rows();
-    context_.layout = ViewLayout::of(setup_.store.workspace(), {.cols = canvas.cols(),
-                                                                .rows = canvas.rows(),
-                                                                .showsSidebar = context_.showsSidebar(),
-                                                                .zoomedLeaf = context_.zoomedLeaf});
-    setup_.store.interface().paneArea = context_.layout.area();
+    const bool isResized = context_.cols != canvas.cols() || context_.rows != canvas.rows();
+    const bool isWhole = std::exchange(areSurroundingsStale_, false) || isResized || context_.overlay != nullptr;
+    if (isWhole) {
+        context_.cols = canvas.cols();
+        context_.rows = canvas.rows();
+        context_.layout = ViewLayout::of(setup_.store.workspace(), {.cols = canvas.cols(),
+                                                                    .rows = canvas.rows(),
+                                                                    .showsSidebar = context_.showsSidebar(),
+                                                                    .zoomedLeaf = context_.zoomedLeaf});
+        setup_.store.interface().paneArea = context_.layout.area();
+    }
     panes_.paint(context_, canvas);
-    sidebar_.paint(context_, canvas);
-    FramePainter::paintTabs(context_, canvas);
-    if (context_.overlay != nullptr) context_.overlay->paint(context_, canvas);
+    if (isWhole) paintSurroundings(canvas);
     if (context_.isLeaderDown) FramePainter::paintCommands(context_, canvas);
-    FramePainter::paintHints(context_, canvas);
     terminal_.trackMotion(ViewMouse::wantsMotion(context_));
     if (panes_.isHeldBack()) {
         holdTimer_ = setup_.store.loop().after(longestHold, [this] { terminal_.requestFrame(); });
     }
+}
+
+/// All but the panes, and what lies over them.
+void WorkspaceView::paintSurroundings(Canvas& canvas) {
+    sidebar_.paint(context_, canvas);
+    FramePainter::paintTabs(context_, canvas);
+    if (context_.overlay != nullptr) context_.overlay->paint(context_, canvas);
+    FramePainter::paintHints(context_, canvas);
 }
 
 }  // namespace orvane

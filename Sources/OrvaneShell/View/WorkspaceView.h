@@ -56,7 +56,9 @@ class WorkspaceView {
     void takeMouse(const MouseEvent& mouse);
     void takePaste(const PasteEvent& paste);
     void takeFocus(const FocusEvent& focus);
+    void requestFrame(ViewTerminal::Haste haste = ViewTerminal::Haste::paced);
     void paint(Canvas& canvas);
+    void paintSurroundings(Canvas& canvas);
     void noteChange();
     void noteNews(const SessionController& session, const TerminalNews& news);
     void noteFocus();
@@ -77,6 +79,9 @@ class WorkspaceView {
     /// The session that a paste goes to, and its form.
     std::optional<Uuid> pasteTarget_;
     PasteForm pasteForm_ = PasteForm::plain;
+    /// More than the contents of panes may have changed since the last frame. What a program writes changes them alone,
+    /// and that is nearly every frame: all else takes longer to draw than they do.
+    bool areSurroundingsStale_ = true;
     /// Of the pane that was typed to, so many changes are answers still.
     int answersToCome_ = 0;
     Instant lastBellAt_;
