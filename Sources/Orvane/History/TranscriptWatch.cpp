@@ -4,7 +4,8 @@
 #include <utility>
 
 #include "Orvane/History/TranscriptLocator.h"
-#include "OrvaneCore/Transcripts/Form/TranscriptForm.h"
+#include "Orvane/Support/WallClock.h"
+#include "OrvaneCore/Transcripts/GeminiTranscript.h"
 #include "OrvaneCore/Transcripts/TranscriptReader.h"
 
 namespace orvane {
@@ -61,19 +62,20 @@ struct TranscriptWatch::Look {
     }
 };
 
-TranscriptWatch::TranscriptWatch(const Uuid& session, SessionTelemetry telemetry, Surroundings surroundings,
+TranscriptWatch::TranscriptWatch(const Uuid& session, SessionTelemetry telemetry, MainLoop& loop, Files files,
                                  Growth onGrowth)
     : session_(session),
       telemetry_(std::move(telemetry)),
-      surroundings_(std::move(surroundings)),
+      loop_(loop),
+      files_(std::move(files)),
       onGrowth_(std::move(onGrowth)) {}
 
 TranscriptWatch::~TranscriptWatch() {
-    surroundings_.bindings.release(session_);
+    files_.bindings->release(session_);
 }
 
 void TranscriptWatch::start() {
-    timer_ = surroundings_.loop.every(interval, tolerance, [this] { tick(); });
+    timer_ = loop_.every(interval, tolerance, [this] { tick(); });
     tick();
 }
 
@@ -86,7 +88,7 @@ void TranscriptWatch::stop() {
 
 void TranscriptWatch::noteClear() {
     ++clears_;
-    telemetry_.noteClear(wallNow(surroundings_.loop));
+    telemetry_.noteClear(wallNow(loop_));
     reading_.phase.reset();
     reading_.contextUsed.reset();
     reading_.didClearContext = true;
@@ -98,13 +100,13 @@ void TranscriptWatch::tick() {
         return;
     }
     Look look{.telemetry = telemetry_,
-              .home = surroundings_.home,
-              .taken = surroundings_.bindings.ofOthers(session_),
-              .isSearching = telemetry_.isSearching(wallNow(surroundings_.loop)),
+              .home = files_.home,
+              .taken = files_.bindings->ofOthers(session_),
+              .isSearching = telemetry_.isSearching(wallNow(loop_)),
               .clears = clears_,
               .tail = std::move(tail_)};
     runInBackground(
-        surroundings_.pool, surroundings_.loop,
+        *files_.pool, loop_,
         [look = std::move(look)]() mutable {
             look.run();
             return std::move(look);
@@ -118,7 +120,7 @@ void TranscriptWatch::take(Look look) {
     isLooking_ = false;
     // Cleared meanwhile: it has looked at what is over now.
     const bool isCurrent = look.clears == clears_;
-    if (isCurrent && (!look.isNewFile || surroundings_.bindings.claim(session_, *look.telemetry.boundURL))) {
+    if (isCurrent && (!look.isNewFile || files_.bindings->claim(session_, *look.telemetry.boundURL))) {
         if (look.isNewFile) reading_ = {};
         telemetry_ = std::move(look.telemetry);
         tail_ = std::move(look.tail);
@@ -137,7 +139,7 @@ void TranscriptWatch::follow(const std::string& path) {
     std::string folder = std::filesystem::path(path).parent_path();
     if (folder_ && folder == watchedFolder_) return;
     watchedFolder_ = std::move(folder);
-    auto watch = FolderWatch::create(surroundings_.loop, watchedFolder_, [this](FolderWatch::Change change) {
+    auto watch = FolderWatch::create(loop_, watchedFolder_, [this](FolderWatch::Change change) {
         if (change == FolderWatch::Change::folderGone) folder_.reset();
         tick();
     });

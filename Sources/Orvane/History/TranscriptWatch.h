@@ -25,18 +25,18 @@ class TranscriptWatch {
     static constexpr Duration interval = std::chrono::seconds(4);
     static constexpr Duration tolerance = std::chrono::seconds(1);
 
-    /// All must outlive it, but for what the pool still does.
-    struct Surroundings {
-        MainLoop& loop;
-        BackgroundPool& pool;
-        TranscriptBindings& bindings;
+    /// What the files are read with.
+    struct Files {
+        BackgroundPool* pool = nullptr;  ///< must outlive it
+        std::shared_ptr<TranscriptBindings> bindings;
         /// The user's home folder, where agents keep their files.
         std::string home;
     };
     /// The transcript has grown, or another one was found.
     using Growth = std::function<void()>;
 
-    TranscriptWatch(const Uuid& session, SessionTelemetry telemetry, Surroundings surroundings, Growth onGrowth);
+    /// The loop must outlive it.
+    TranscriptWatch(const Uuid& session, SessionTelemetry telemetry, MainLoop& loop, Files files, Growth onGrowth);
     TranscriptWatch(const TranscriptWatch&) = delete;
     TranscriptWatch& operator=(const TranscriptWatch&) = delete;
     ~TranscriptWatch();
@@ -52,6 +52,8 @@ class TranscriptWatch {
     /// What it told last; absent fields keep what an earlier look told.
     const TranscriptReading& reading() const { return reading_; }
     const std::optional<std::string>& path() const { return telemetry_.boundURL; }
+    /// When the transcript was last written to, at the last look.
+    Date writtenAt() const { return telemetry_.lastModified.value_or(Date{}); }
     /// Rises whenever the transcript has grown.
     std::uint64_t revision() const { return revision_; }
 
@@ -62,7 +64,8 @@ class TranscriptWatch {
 
     Uuid session_;
     SessionTelemetry telemetry_;
-    Surroundings surroundings_;
+    MainLoop& loop_;
+    Files files_;
     Growth onGrowth_;
     TranscriptReading reading_;
     std::uint64_t revision_ = 0;

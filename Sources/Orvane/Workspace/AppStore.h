@@ -214,6 +214,7 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     WorkspaceModel workspace_;
     SessionRestorer restorer_;
     InterfaceState interface_;
+    std::shared_ptr<TranscriptBindings> transcriptBindings_ = std::make_shared<TranscriptBindings>();
     std::vector<std::shared_ptr<SessionController>> sessions_;
     /// Closed, but their programs may still be there; kept so that quitting can end them.
     std::vector<std::shared_ptr<SessionController>> closedSessions_;

@@ -46,7 +46,12 @@ SessionController* AppStore::createSession(const SessionRequest& request) {
                                     .agentSpec = spec},
         appearance,
         SessionController::Surroundings{
-            .loop = services_.loop, .l10n = services_.l10n, .home = services_.home, .log = services_.log});
+            .loop = services_.loop,
+            .l10n = services_.l10n,
+            .home = services_.home,
+            .log = services_.log,
+            .transcripts = TranscriptWatch::Files{
+                .pool = &services_.pool, .bindings = transcriptBindings_, .home = services_.home}});
     session->install(callbacksFor(session));
     sessions_.push_back(session);
     place(*session, request);

@@ -2,12 +2,17 @@
 
 #include <algorithm>
 
+#include "OrvaneCore/Agents/ModelName.h"
+
 namespace orvane::ContextWindowBudget {
 
 namespace {
 
 /// What Codex keeps of the window for itself, in tokens.
 constexpr std::int64_t codexReserve = 12'000;
+
+constexpr std::int64_t claudeWindow = 200'000;
+constexpr std::int64_t largeWindow = 1'000'000;
 
 double ratio(std::int64_t used, std::int64_t room) {
     if (room < 1) return 0;
@@ -28,6 +33,14 @@ double usedFraction(std::int64_t usedTokens, std::int64_t reportedWindow, Transc
             return ratio(usedTokens, reportedWindow);
     }
     return 0;
+}
+
+std::optional<std::int64_t> window(TranscriptProvider provider, std::string_view model,
+                                   std::optional<std::int64_t> reported, std::int64_t usedTokens) {
+    if (model.ends_with(ModelName::largeWindowSuffix)) return largeWindow;
+    if (reported) return reported;
+    if (provider != TranscriptProvider::claude) return std::nullopt;
+    return usedTokens > claudeWindow ? largeWindow : claudeWindow;
 }
 
 }  // namespace orvane::ContextWindowBudget

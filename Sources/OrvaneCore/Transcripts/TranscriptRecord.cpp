@@ -132,6 +132,12 @@ std::vector<TranscriptRecord::Member> TranscriptRecord::members() const {
 }
 
 struct TranscriptParser::Implementation {
+    Implementation() {
+        constexpr std::size_t firstCapacity = 4096;  // bytes; it grows
+        // Out of memory shows when a line is parsed.
+        (void)parser.allocate(firstCapacity, TranscriptParser::deepestNesting);
+    }
+
     simdjson::dom::parser parser;
 };
 

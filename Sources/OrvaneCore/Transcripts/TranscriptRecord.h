@@ -63,10 +63,13 @@ struct TranscriptRecord::Member {
 /// Reads the lines of a transcript, one at a time. Keeps memory for the longest so far. One thread at a time.
 class TranscriptParser {
  public:
+    /// Of objects and arrays, so that whoever walks a value down has stack enough.
+    static constexpr std::size_t deepestNesting = 128;
+
     TranscriptParser();
     ~TranscriptParser();
 
-    /// The JSON value that the line is; none when it is cut or malformed. Agents cut texts in the middle of a
+    /// The JSON value that the line is; none when it is cut, malformed or nested deeper. Agents cut texts in the middle of a
     /// character: bytes that are no UTF-8 and halves of a surrogate pair are read as U+FFFD.
     std::optional<TranscriptRecord> parse(std::string_view line);
 

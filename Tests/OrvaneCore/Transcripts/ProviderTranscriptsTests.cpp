@@ -4,7 +4,7 @@
 #include "OrvaneCore/Transcripts/ClaudeTranscript.h"
 #include "OrvaneCore/Transcripts/CodexTranscript.h"
 #include "OrvaneCore/Transcripts/GeminiTranscript.h"
-#include "TranscriptFixture.h"
+#include "TranscriptLines.h"
 
 namespace orvane {
 namespace {
@@ -66,7 +66,7 @@ TEST(ClaudeTranscriptTest, theNewestRecordsTellTheReading) {
          {}},
     };
     for (const auto& each : cases) {
-        const TranscriptText file(each.lines);
+        const TranscriptLines file(each.lines);
         EXPECT_EQ(ClaudeTranscript::parse(file.lines).value_or(TranscriptReading()), each.expected) << each.what;
         EXPECT_EQ(ClaudeTranscript::parse(file.lines).has_value(), each.expected != TranscriptReading()) << each.what;
     }
@@ -74,7 +74,7 @@ TEST(ClaudeTranscriptTest, theNewestRecordsTellTheReading) {
 
 TEST(ClaudeTranscriptTest, aPendingToolIsNamedAndItsQuestionRead) {
     const auto reading = [](const std::string& name, const std::string& input) {
-        const TranscriptText file({R"({"type":"assistant","message":{"content":[{"type":"tool_use","name":")" + name +
+        const TranscriptLines file({R"({"type":"assistant","message":{"content":[{"type":"tool_use","name":")" + name +
                                    R"(","input":)" + input + "}]}}"});
         return ClaudeTranscript::parse(file.lines).value_or(TranscriptReading());
     };
@@ -98,15 +98,15 @@ TEST(ClaudeTranscriptTest, aPendingToolIsNamedAndItsQuestionRead) {
 }
 
 TEST(ClaudeTranscriptTest, aPastedImageIsAPromptThoughItsLineIsTooLongToParse) {
-    const TranscriptText file({claudeText("Done", 7), claudeUser(std::string(400000, 'A'))});
+    const TranscriptLines file({claudeText("Done", 7), claudeUser(std::string(400000, 'A'))});
     EXPECT_EQ(ClaudeTranscript::parse(file.lines)->phase, running);
 }
 
 TEST(ClaudeTranscriptTest, aFileThatBeginsWithAClearFollowsAClearedOne) {
     const std::string caveat = claudeUser("Caveat", R"(,"isMeta":true)");
-    EXPECT_TRUE(ClaudeTranscript::isClearSuccessor(TranscriptText({R"({"type":"mode"})", caveat, claudeClear}).lines));
-    EXPECT_FALSE(ClaudeTranscript::isClearSuccessor(TranscriptText({claudeUser("Hi"), claudeClear}).lines));
-    EXPECT_FALSE(ClaudeTranscript::isClearSuccessor(TranscriptText({caveat, claudeClear.substr(0, 40)}).lines));
+    EXPECT_TRUE(ClaudeTranscript::isClearSuccessor(TranscriptLines({R"({"type":"mode"})", caveat, claudeClear}).lines));
+    EXPECT_FALSE(ClaudeTranscript::isClearSuccessor(TranscriptLines({claudeUser("Hi"), claudeClear}).lines));
+    EXPECT_FALSE(ClaudeTranscript::isClearSuccessor(TranscriptLines({caveat, claudeClear.substr(0, 40)}).lines));
 }
 
 std::string codexEvent(const std::string& payload) {
@@ -152,7 +152,7 @@ TEST(CodexTranscriptTest, theNewestRecordsTellTheReading) {
         {"nothing", {"{", "", R"({"type":"other"})"}, {}},
     };
     for (const auto& each : cases) {
-        const TranscriptText file(each.lines);
+        const TranscriptLines file(each.lines);
         EXPECT_EQ(CodexTranscript::parse(file.lines).value_or(TranscriptReading()), each.expected) << each.what;
     }
 }
@@ -160,10 +160,10 @@ TEST(CodexTranscriptTest, theNewestRecordsTellTheReading) {
 TEST(CodexTranscriptTest, aSessionBelongsToTheFolderItWasStartedIn) {
     const std::string meta = R"({"type":"session_meta","payload":{"git":{},"cwd":"/home/me/a \"b\""}})";
     for (const auto& line : {meta, meta.substr(0, meta.size() - 2)}) {
-        EXPECT_TRUE(CodexTranscript::belongsToProject(TranscriptText({"", line}).lines, R"(/home/me/a "b"/)")) << line;
-        EXPECT_FALSE(CodexTranscript::belongsToProject(TranscriptText({line}).lines, "/home/me")) << line;
+        EXPECT_TRUE(CodexTranscript::belongsToProject(TranscriptLines({"", line}).lines, R"(/home/me/a "b"/)")) << line;
+        EXPECT_FALSE(CodexTranscript::belongsToProject(TranscriptLines({line}).lines, "/home/me")) << line;
     }
-    EXPECT_FALSE(CodexTranscript::belongsToProject(TranscriptText({"{}"}).lines, ""));
+    EXPECT_FALSE(CodexTranscript::belongsToProject(TranscriptLines({"{}"}).lines, ""));
 }
 
 std::string gemini(const std::string& content, const std::string& more = "") {
@@ -217,7 +217,7 @@ TEST(GeminiTranscriptTest, theNewestRecordsTellTheReading) {
         {"nothing", {"{", R"({"$set":{"type":"user"}})"}, {}},
     };
     for (const auto& each : cases) {
-        const TranscriptText file(each.lines);
+        const TranscriptLines file(each.lines);
         EXPECT_EQ(GeminiTranscript::parse(file.lines), Reading(each.expected)) << each.what;
     }
     EXPECT_EQ(GeminiTranscript::contextWindow(""), std::nullopt);
@@ -252,9 +252,9 @@ TEST(GeminiTranscriptTest, aProjectIsFoundByItsSlugItsHashAndTheRegistry) {
     EXPECT_FALSE(directoryOwnsProject("", ""));
     const std::string head = R"({"sessionId":"s","projectHash":")" + sha256Hex("/real") + R"(","kind":"subagent"})";
     for (const std::string& line : {head, head.substr(0, head.size() - 1)}) {
-        EXPECT_TRUE(belongsToProject(TranscriptText({line}).lines, "/link", resolved));
-        EXPECT_FALSE(belongsToProject(TranscriptText({line}).lines, "/link"));
-        EXPECT_TRUE(isSubagent(TranscriptText({line}).lines));
+        EXPECT_TRUE(belongsToProject(TranscriptLines({line}).lines, "/link", resolved));
+        EXPECT_FALSE(belongsToProject(TranscriptLines({line}).lines, "/link"));
+        EXPECT_TRUE(isSubagent(TranscriptLines({line}).lines));
     }
     EXPECT_TRUE(isSessionFile("session-1.json"));
     EXPECT_FALSE(isSessionFile("session-1.jsonl.tmp"));

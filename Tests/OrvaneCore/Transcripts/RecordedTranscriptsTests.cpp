@@ -10,7 +10,7 @@
 #include "OrvaneCore/Transcripts/Form/TranscriptForm.h"
 #include "OrvaneCore/Transcripts/GeminiTranscript.h"
 #include "Support/Table.h"
-#include "TranscriptFixture.h"
+#include "TranscriptLines.h"
 
 namespace orvane {
 namespace {
@@ -112,7 +112,7 @@ TEST_F(RecordedTranscripts, readAsAPersonReadsThem) {
     ASSERT_EQ(facts().size(), 11U);
     for (const auto& [name, prompts, answers, tools, failed, model, context, window, tokens, title, end] : facts()) {
         SCOPED_TRACE(name);
-        const TranscriptText file(recordedTranscript(name + ".jsonl"));
+        const TranscriptLines file(recordedTranscript(name + ".jsonl"));
         const NormalizedLines lines = TranscriptForm::normalized(provider(name), file.lines);
         const TranscriptReading told = reading(provider(name), lines).value_or(TranscriptReading());
         EXPECT_EQ(shown(told.model), model);
@@ -132,7 +132,7 @@ TEST_F(RecordedTranscripts, readAsAPersonReadsThem) {
 
 TEST_F(RecordedTranscripts, whatIsInFormStaysAsItIs) {
     for (const auto& fact : facts()) {
-        const TranscriptText file(recordedTranscript(fact[0] + ".jsonl"));
+        const TranscriptLines file(recordedTranscript(fact[0] + ".jsonl"));
         const NormalizedLines once = TranscriptForm::normalized(provider(fact[0]), file.lines);
         const NormalizedLines twice = TranscriptForm::normalized(provider(fact[0]), once);
         EXPECT_TRUE(std::ranges::equal(once.lines(), twice.lines())) << fact[0];
@@ -144,7 +144,7 @@ TEST_F(RecordedTranscripts, thePhaseIsRightAtEveryMoment) {
     const auto phaseAfter = [](const char* name, std::size_t count) {
         auto all = recordedTranscript(std::string(name) + ".jsonl");
         all.resize(count);
-        const TranscriptText file(std::move(all));
+        const TranscriptLines file(std::move(all));
         const auto told = reading(provider(name), TranscriptForm::normalized(provider(name), file.lines));
         return told ? told->phase : std::nullopt;
     };

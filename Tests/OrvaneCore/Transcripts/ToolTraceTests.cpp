@@ -14,7 +14,7 @@ using testing::IsEmpty;
 
 std::vector<ToolEvent> traced(Provider provider, std::vector<std::string> lines) {
     const TranscriptLines file(std::move(lines));
-    return events(file.views, provider);
+    return events(file.lines, provider);
 }
 
 /// "Bash execute 'ls' failed 2s: error", with "side" and "async" where they hold.
@@ -65,7 +65,7 @@ TEST(ToolTraceTest, JoinsTheCallsOfClaudeWithTheirResults) {
 
 TEST(ToolTraceTest, ReadsTheRecordingsOfAllAgents) {
     const auto recorded = [](Provider provider, const std::string& name) {
-        return told(traced(provider, TranscriptLines::recorded(name)));
+        return told(traced(provider, recordedTranscript(name + ".jsonl")));
     };
     EXPECT_THAT(recorded(Provider::claude, "claude-interactive-perm"),
                 ElementsAre(testing::StartsWith("Bash execute 'echo hello-from-tool > out.txt && cat out.txt' done"),
@@ -199,7 +199,7 @@ TEST(ToolTraceTest, FindsTheLinesOfEachSubagent) {
         claudeCall("t2", "Agent", R"({"prompt":"other"})"),
         claudeResult("t2", R"("content":"found")", R"("toolUseResult":{"agentId":"a9"},)"),
     });
-    const std::vector<AgentRun> runs = claudeAgentRuns(file.views);
+    const std::vector<AgentRun> runs = claudeAgentRuns(file.lines);
     ASSERT_EQ(runs.size(), 2U);
     EXPECT_EQ(runs[0].description.value_or("") + runs[0].agentType.value_or(""), "LookExplore");
     EXPECT_THAT(told(runs[0].events), ElementsAre("Read read '/a' running side"));
@@ -224,7 +224,7 @@ TEST(SubagentTraceTest, ReadsTheFilesBesideATranscript) {
     const TranscriptLines file(
         {claudeCall("r1", "Read", R"({"file_path":"/a"})"), claudeResult("r1", R"("content":"x")"),
          R"({"type":"assistant","timestamp":"2026-11-21T01:00:10.5Z","message":{"stop_reason":"end_turn","content":[]}})"});
-    const AgentRun run = SubagentTrace::run(*meta, file.views);
+    const AgentRun run = SubagentTrace::run(*meta, file.lines);
     EXPECT_EQ(run.durationSeconds, 10);
     EXPECT_EQ(run.succeeded, true);
     EXPECT_THAT(told(run.events), ElementsAre("Read read '/a' done 2s"));

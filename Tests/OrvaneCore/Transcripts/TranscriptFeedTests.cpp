@@ -17,7 +17,7 @@ using testing::IsEmpty;
 
 std::vector<Entry> fed(Provider provider, std::vector<std::string> lines, int limit = 200) {
     const TranscriptLines file(std::move(lines));
-    return entries(file.views, provider, limit);
+    return entries(file.lines, provider, limit);
 }
 
 /// "tool Bash 'ls' +file: text" for each entry; what is missing is left out.
@@ -289,7 +289,7 @@ TEST(TranscriptFeedTest, AnEntryIsReadBackFromItsJson) {
 
 TEST(TranscriptFeedTest, ShowsTheRecordedConversationsAsTheyWereRead) {
     const auto recorded = [](Provider provider, const std::string& name) {
-        return shown(fed(provider, TranscriptLines::recorded(name)));
+        return shown(fed(provider, recordedTranscript(name + ".jsonl")));
     };
     const std::string markdown =
         "assistant: ## Heading\n\nA **bold** word, `code`, and a list:\n\n- first item\n- second item\n\n"

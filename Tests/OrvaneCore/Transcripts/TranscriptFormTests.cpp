@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "OrvaneCore/Transcripts/TranscriptRecord.h"
-#include "TranscriptFixture.h"
+#include "TranscriptLines.h"
 
 namespace orvane {
 namespace {
@@ -11,7 +11,7 @@ namespace {
 using Lines = std::vector<std::string>;
 
 Lines normalized(TranscriptProvider provider, const Lines& lines) {
-    const TranscriptText file(lines);
+    const TranscriptLines file(lines);
     const NormalizedLines form = TranscriptForm::normalized(provider, file.lines);
     return {form.lines().begin(), form.lines().end()};
 }
@@ -128,12 +128,12 @@ TEST(TranscriptFormTest, gemini) {
 }
 
 TEST(TranscriptFormTest, recordsThatNoReaderKnowsAreCounted) {
-    const TranscriptText codex({R"({"type":"event_msg","payload":{"type":"dream"}})",
+    const TranscriptLines codex({R"({"type":"event_msg","payload":{"type":"dream"}})",
                                 R"({"type":"event_msg","payload":{"type":"dream"}})", "{cut", " ",
                                 R"({"type":"session_meta"})"});
     EXPECT_EQ(TranscriptForm::notUnderstood(TranscriptProvider::codex, codex.lines),
               (std::map<std::string, std::size_t>{{"event_msg/dream", 2}, {"malformed", 1}}));
-    const TranscriptText gemini({R"({"$undo":1})", R"({"type":"poem"})", R"({"sessionId":"s"})", "{}"});
+    const TranscriptLines gemini({R"({"$undo":1})", R"({"type":"poem"})", R"({"sessionId":"s"})", "{}"});
     EXPECT_EQ(TranscriptForm::notUnderstood(TranscriptProvider::gemini, gemini.lines),
               (std::map<std::string, std::size_t>{{"$undo", 1}, {"poem", 1}, {"{}", 1}}));
 }
