@@ -15,6 +15,7 @@ std::string textBelow(const TranscriptRecord& value, std::initializer_list<std::
         std::string text = textBelow(element, keys);
         if (!text.empty()) return text;
     }
+    if (!value.isObject()) return {};
     for (const std::string_view key : keys) {
         std::string text = textBelow(value[key], keys);
         if (!text.empty()) return text;

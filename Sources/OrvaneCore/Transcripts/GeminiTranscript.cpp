@@ -58,6 +58,21 @@ std::optional<TranscriptReading> parseLegacyDocument(std::string_view text) {
     return scan.reading();
 }
 
+std::vector<std::string> legacyLines(std::string_view text) {
+    TranscriptParser parser;
+    const auto document = parser.parse(text);
+    if (!document || !document->isObject()) return {};
+    std::string header = "{";
+    for (const TranscriptRecord::Member& member : document->members()) {
+        if (member.key == Schema::messages) continue;
+        header += (header.size() > 1 ? ",\"" : "\"") + std::string(member.key) + "\":" + member.value.json();
+    }
+    std::vector<std::string> lines{header + "}"};
+    for (const TranscriptRecord& message : document->elements(Schema::messages))
+        lines.push_back(message.json());
+    return lines;
+}
+
 std::optional<std::int64_t> contextWindow(std::string_view forModel) {
     if (forModel.empty()) return std::nullopt;
     return forModel.starts_with("gemma-4") ? Schema::gemmaContextWindow : Schema::defaultContextWindow;

@@ -57,6 +57,9 @@ std::optional<TranscriptReading> parse(std::span<const std::string_view> lines);
 /// The same of the older form; none when it is malformed or a subagent's.
 std::optional<TranscriptReading> parseLegacyDocument(std::string_view text);
 
+/// The messages of the older form as lines of the newer one; none when it is malformed.
+std::vector<std::string> legacyLines(std::string_view text);
+
 /// Tokens; none for an empty name.
 std::optional<std::int64_t> contextWindow(std::string_view forModel);
 

@@ -4,6 +4,7 @@
 #include <functional>
 #include <unordered_map>
 #include <utility>
+#include <variant>
 
 #include "OrvaneCore/Transcripts/Trace/ClaudeTrace.h"
 #include "OrvaneCore/Transcripts/Trace/CodexTrace.h"
@@ -13,16 +14,6 @@
 namespace orvane::ToolTrace {
 
 namespace {
-
-template <typename Trace>
-std::vector<ToolEvent> eventsOf(std::span<const std::string_view> lines) {
-    TraceBuilder builder;
-    Trace trace;
-    for (const std::string_view line : lines) {
-        if (line.starts_with('{')) trace.take(line, builder);
-    }
-    return builder.events();
-}
 
 bool isFileEvent(const ToolEvent& event) {
     const bool isOnFile = event.category == ToolCategory::read || event.category == ToolCategory::edit ||
@@ -76,16 +67,36 @@ std::vector<TraceSummary::ToolCount> topTools(const std::vector<ToolEvent>& even
 
 }  // namespace
 
-std::vector<ToolEvent> events(std::span<const std::string_view> lines, Provider provider) {
-    switch (provider) {
-        case Provider::claude:
-            return eventsOf<ClaudeTrace>(lines);
-        case Provider::codex:
-            return eventsOf<CodexTrace>(lines);
-        case Provider::gemini:
-            return eventsOf<GeminiTrace>(lines);
+struct Reader::State {
+    explicit State(Provider provider) {
+        if (provider == Provider::codex) trace.emplace<CodexTrace>();
+        if (provider == Provider::gemini) trace.emplace<GeminiTrace>();
     }
-    std::unreachable();
+
+    TraceBuilder builder;
+    std::variant<ClaudeTrace, CodexTrace, GeminiTrace> trace;
+};
+
+Reader::Reader(Provider provider) : state_(std::make_unique<State>(provider)) {}
+
+Reader::~Reader() = default;
+Reader::Reader(Reader&&) noexcept = default;
+Reader& Reader::operator=(Reader&&) noexcept = default;
+
+void Reader::take(std::string_view line) {
+    if (!line.starts_with('{')) return;
+    std::visit([&](auto& trace) { trace.take(line, state_->builder); }, state_->trace);
+}
+
+std::vector<ToolEvent> Reader::finish() && {
+    return state_->builder.events();
+}
+
+std::vector<ToolEvent> events(std::span<const std::string_view> lines, Provider provider) {
+    Reader reader(provider);
+    for (const std::string_view line : lines)
+        reader.take(line);
+    return std::move(reader).finish();
 }
 
 std::vector<FileTouch> filesTouched(const std::vector<ToolEvent>& events, std::optional<std::string_view> relativeTo) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -95,6 +96,23 @@ using Provider = TranscriptProvider;
 
 /// All calls, in the order of the file. Lines that are cut, malformed or unknown are skipped.
 std::vector<ToolEvent> events(std::span<const std::string_view> lines, Provider provider);
+
+/// Reads a file line by line. One thread at a time.
+class Reader {
+ public:
+    explicit Reader(Provider provider);
+    ~Reader();
+    Reader(Reader&&) noexcept;
+    Reader& operator=(Reader&&) noexcept;
+
+    /// The next line of the file.
+    void take(std::string_view line);
+    std::vector<ToolEvent> finish() &&;
+
+ private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
 
 /// Files that were read or changed, in the order of their first touch.
 std::vector<FileTouch> filesTouched(const std::vector<ToolEvent>& events, std::optional<std::string_view> relativeTo);

@@ -115,7 +115,7 @@ TEST_F(HistoryServiceTest, readsAgainOnlyWhatChanged) {
 TEST_F(HistoryServiceTest, publishesTheRowsOfTheNewestWish) {
     for (int number = 0; number < 250; ++number)
         write(".claude/projects/-w/" + std::to_string(number) + ".jsonl",
-              claude(number % 2 == 0 ? "even login" : "odd", R"({"timestamp":"2026-01-01T10:00:00Z"})"));
+              claude(number % 2 == 0 ? "even login" : "odd", R"({"timestamp":"2025-01-01T10:00:00Z"})"));
     const auto service = makeService();
     int changes = 0;
     const Registration subscription = service->changed.subscribe([&] { ++changes; });

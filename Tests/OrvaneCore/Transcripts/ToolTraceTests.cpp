@@ -73,7 +73,7 @@ TEST(ToolTraceTest, ReadsTheRecordingsOfAllAgents) {
                             testing::StartsWith("Read read '/home/demo/proj/sample.txt' done"),
                             testing::StartsWith("Edit edit '/home/demo/proj/sample.txt' failed"),
                             testing::StartsWith(
-                                "Bash execute 'for i in 1 2 3 4 5 6; do echo tick $i; sleep 1; done' done 6s")));
+                                "Bash execute 'for i in 1 2 3 4 5 6; do echo tick $i; sleep 1; done' done 12s")));
     EXPECT_THAT(recorded(Provider::codex, "codex-exec-bashfail"),
                 ElementsAre("exec_command execute 'ls /no-such-dir; exit 3' failed 0s: ls: cannot access "
                             "'/no-such-dir': No such file or directory"));
