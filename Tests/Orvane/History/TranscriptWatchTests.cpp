@@ -164,16 +164,17 @@ TEST_F(TranscriptWatchTest, DoesNotTakeBackAModelThatWasSwitchedAMomentAgo) {
 }
 
 TEST_F(TranscriptWatchTest, EndsATurnThatNothingElseTellsTheEndOf) {
-    startIdle(SessionKind::claude);
-    append(claudeFile("one"), asked("Hello"));
-    ASSERT_TRUE(eventually([&] { return boundTo() == claudeFile("one"); }));
-    screen->feed("\x1b[2J");
+    startIdle(SessionKind::codex);
+    append(codexFile(), R"({"timestamp":"2026-01-01T00:00:02Z","type":"session_meta","payload":{"cwd":")" +
+                            folder.path() + R"("}})");
+    append(codexFile(), R"({"type":"event_msg","payload":{"type":"task_complete"}})");
+    ASSERT_TRUE(eventually([&] { return boundTo() == codexFile(); }));
     agent().sendRaw("Go on");
-    EXPECT_EQ(status(), "working");
+    screen->feed("\x1b[2J");
     pass(8);
-    EXPECT_EQ(status(), "working");
-    append(claudeFile("one"), answered("claude-opus-4-5", 4));
-    ASSERT_TRUE(eventually([&] { return decided() == "idle by transcript"; }));
+    EXPECT_EQ(status(), "working") << "the end that the transcript tells is that of the turn before";
+    append(codexFile(), R"({"type":"event_msg","payload":{"type":"task_complete"}})");
+    EXPECT_TRUE(eventually([&] { return decided() == "idle by transcript"; })) << decided();
 }
 
 }  // namespace
