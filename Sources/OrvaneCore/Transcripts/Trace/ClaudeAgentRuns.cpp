@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "OrvaneCore/Support/Text.h"
-#include "OrvaneCore/Transcripts/Scan/Needle.h"
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Transcripts/Scan/OversizedLine.h"
 #include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 #include "OrvaneCore/Transcripts/ToolTrace.h"
