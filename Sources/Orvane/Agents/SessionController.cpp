@@ -127,8 +127,8 @@ void SessionController::noteClear() {
     if (isReady) changed();
 }
 
-void SessionController::noteTranscriptGrowth() {
-    if (callbacks_.onTranscriptGrowth) callbacks_.onTranscriptGrowth();
+void SessionController::noteTranscript(TranscriptWatch::News news) {
+    if (callbacks_.onTranscriptGrowth) callbacks_.onTranscriptGrowth(news);
     changed();
 }
 

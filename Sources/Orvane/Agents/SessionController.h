@@ -52,7 +52,7 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     struct Callbacks {
         /// After every change that a view would show; `from` is the status before it.
         std::function<void(const SessionStatus& from)> onChange;
-        std::function<void()> onTranscriptGrowth;
+        std::function<void(TranscriptWatch::News)> onTranscriptGrowth;
         std::function<void(const std::vector<std::string>&)> onSlashCommands;
         std::function<void(const std::string&)> onAITitle;
         std::function<void()> onFocus;
@@ -132,8 +132,8 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     void noteRequest(const ApprovalPolicy::Request& request);
     /// The conversation begins anew.
     void noteClear();
-    /// Its transcript has grown.
-    void noteTranscriptGrowth();
+    /// Its transcript has grown, or is another one now.
+    void noteTranscript(TranscriptWatch::News news);
     /// Something that a view shows has changed, other than the status.
     void noteChange() { changed(); }
     /// Shows a text for a few seconds; empty when there is none.

@@ -57,15 +57,16 @@ void TerminalAgent::followTranscript() {
                                                                      .projectPath = identity.projectPath,
                                                                      .startedAt = identity.startedAt,
                                                                      .resumeID = std::move(id)},
-                                                    loop_, *transcripts_, [this] { noteTranscript(); });
+                                                    loop_, *transcripts_,
+                                                    [this](TranscriptWatch::News news) { noteTranscript(news); });
     transcript_->start();
 }
 
-void TerminalAgent::noteTranscript() {
+void TerminalAgent::noteTranscript(TranscriptWatch::News news) {
     const TranscriptReading& reading = transcript_->reading();
     controls_.noteTranscript(reading.model, reading.permissionMode);
     if (reading.phase) watch_.notePhase(*reading.phase, transcript_->writtenAt());
-    session_.noteTranscriptGrowth();
+    session_.noteTranscript(news);
 }
 
 std::optional<TerminalAgent::ContextUse> TerminalAgent::contextUse() const {

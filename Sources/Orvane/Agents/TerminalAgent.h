@@ -93,7 +93,7 @@ class TerminalAgent final : private PromptTarget {
     void noteInput(std::string_view bytes);
     void readModel();
     void followTranscript();
-    void noteTranscript();
+    void noteTranscript(TranscriptWatch::News news);
     bool isWorking() const;
     bool isSettled() const;
 

@@ -3,9 +3,10 @@
 #include <filesystem>
 #include <utility>
 
+#include "Orvane/History/TranscriptEnds.h"
 #include "Orvane/History/TranscriptLocator.h"
 #include "Orvane/Support/WallClock.h"
-#include "OrvaneCore/Transcripts/GeminiTranscript.h"
+#include "OrvaneCore/Transcripts/ConversationID.h"
 #include "OrvaneCore/Transcripts/TranscriptReader.h"
 
 namespace orvane {
@@ -49,6 +50,8 @@ struct TranscriptWatch::Look {
         const auto found = isSearching ? TranscriptLocator::find(telemetry, home, taken) : std::nullopt;
         if (found && found != telemetry.boundURL) {
             telemetry.bind(*found);
+            TranscriptEnds ends;
+            if (ends.read(*found)) telemetry.resumeID = orvane::conversationID(telemetry.kind, *found, ends.head());
             tail.reset();
             isNewFile = true;
         }
@@ -128,7 +131,7 @@ void TranscriptWatch::take(Look look) {
         if (look.reading) {
             reading_ = joined(*std::move(look.reading), reading_);
             ++revision_;
-            onGrowth_();
+            onGrowth_(look.isNewFile ? News::anotherFile : News::grown);
         }
     }
     if (std::exchange(isWantedAgain_, false)) tick();

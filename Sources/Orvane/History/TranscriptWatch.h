@@ -32,8 +32,8 @@ class TranscriptWatch {
         /// The user's home folder, where agents keep their files.
         std::string home;
     };
-    /// The transcript has grown, or another one was found.
-    using Growth = std::function<void()>;
+    enum class News { grown, anotherFile };
+    using Growth = std::function<void(News)>;
 
     /// The loop must outlive it.
     TranscriptWatch(const Uuid& session, SessionTelemetry telemetry, MainLoop& loop, Files files, Growth onGrowth);
@@ -52,6 +52,8 @@ class TranscriptWatch {
     /// What it told last; absent fields keep what an earlier look told.
     const TranscriptReading& reading() const { return reading_; }
     const std::optional<std::string>& path() const { return telemetry_.boundURL; }
+    /// By which the conversation can be taken up again; none before its transcript is found.
+    std::optional<std::string> conversationID() const { return path() ? telemetry_.resumeID : std::nullopt; }
     /// When the transcript was last written to, at the last look.
     Date writtenAt() const { return telemetry_.lastModified.value_or(Date{}); }
     /// Rises whenever the transcript has grown.

@@ -189,6 +189,7 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
 
  private:
     std::optional<TranscriptWatch::Files> transcriptFiles();
+    void noteConversation(SessionController& session);
     SessionController::Callbacks callbacksFor(const std::shared_ptr<SessionController>& session);
     void sessionChanged(SessionController& session, const SessionStatus& from);
     void publish(SessionEvent event);

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Orvane/Agents/TerminalAgent.h"
 #include "Orvane/Support/WallClock.h"
 #include "Orvane/Workspace/AppStore.h"
 
@@ -62,6 +63,14 @@ SessionController* AppStore::createSession(const SessionRequest& request) {
     return session.get();
 }
 
+/// What is saved names the conversation, so that it is taken up after a restart.
+void AppStore::noteConversation(SessionController& session) {
+    workspace_.recordChatTranscript(session.id(), {.transcriptPath = session.agent()->transcript()->path().value_or(""),
+                                                   .provider = std::string(rawValue(session.identity().kind)),
+                                                   .at = dateOf(services_.loop.wallTime())});
+    committed();
+}
+
 /// Nobody knows where agents keep their files without a home folder.
 std::optional<TranscriptWatch::Files> AppStore::transcriptFiles() {
     if (services_.home.empty()) return std::nullopt;
@@ -93,7 +102,10 @@ SessionController::Callbacks AppStore::callbacksFor(const std::shared_ptr<Sessio
         .onChange = bound([](AppStore& self, SessionController& controller, const SessionStatus& from) {
             self.sessionChanged(controller, from);
         }),
-        .onTranscriptGrowth = bound([](AppStore& self, SessionController&) { self.scheduleChange(); }),
+        .onTranscriptGrowth = bound([](AppStore& self, SessionController& controller, TranscriptWatch::News news) {
+            if (news == TranscriptWatch::News::anotherFile) return self.noteConversation(controller);
+            self.scheduleChange();
+        }),
         .onSlashCommands =
             bound([](AppStore& self, SessionController& controller, const std::vector<std::string>& commands) {
                 auto& known = self.workspace_.knownSlashCommands[std::string(rawValue(controller.identity().kind))];

@@ -1,9 +1,10 @@
 #include "OrvaneCore/History/HistorySearch.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
+#include <numeric>
 #include <optional>
-#include <tuple>
 #include <utility>
 
 #include "OrvaneCore/Support/Needle.h"
@@ -65,6 +66,10 @@ HistorySearch::HistorySearch(const std::vector<SessionRecord>& records, std::str
     for (const SessionRecord& record : records)
         append(record, locale);
     texts_.shrink_to_fit();
+    byRecency_.resize(records.size());
+    std::iota(byRecency_.begin(), byRecency_.end(), 0U);
+    std::ranges::stable_sort(byRecency_, std::ranges::greater(),
+                             [&](std::uint32_t index) { return records[index].lastActivityAt; });
 }
 
 void HistorySearch::append(const SessionRecord& record, std::string_view locale) {
@@ -111,21 +116,18 @@ std::vector<std::size_t> HistorySearch::find(const HistoryQuery& query, const st
     const Words words(std::string(Text::trimmed(foldedIn(query.locale, query.text))));
     struct Match {
         int score;
-        Date at;
-        std::size_t index;
+        std::uint32_t index;
     };
     std::vector<Match> matches;
-    for (std::size_t index = 0; index < entries_.size(); ++index) {
-        if (index % recordsBetweenLooks == 0 && stop.stop_requested()) return {};
-        const SessionRecord& record = (*records_)[index];
-        if (!query.passesFilters(record)) continue;
+    for (std::size_t place = 0; place < byRecency_.size(); ++place) {
+        if (place % recordsBetweenLooks == 0 && stop.stop_requested()) return {};
+        const std::uint32_t index = byRecency_[place];
+        if (!query.passesFilters((*records_)[index])) continue;
         const int points = words.each.empty() ? 0 : score(entries_[index], words);
-        if (points > 0 || words.each.empty())
-            matches.push_back({.score = points, .at = record.lastActivityAt, .index = index});
+        if (points > 0 || words.each.empty()) matches.push_back({.score = points, .index = index});
     }
-    std::ranges::sort(matches, [](const Match& a, const Match& b) {
-        return std::tuple(b.score, b.at, a.index) < std::tuple(a.score, a.at, b.index);
-    });
+    // Stable, so that equally good ones stay in the order of their recency.
+    std::ranges::stable_sort(matches, std::ranges::greater(), &Match::score);
     std::vector<std::size_t> found;
     found.reserve(matches.size());
     for (const Match& match : matches)
@@ -134,7 +136,7 @@ std::vector<std::size_t> HistorySearch::find(const HistoryQuery& query, const st
 }
 
 std::size_t HistorySearch::byteSize() const {
-    return texts_.capacity() + entries_.capacity() * sizeof(Entry);
+    return texts_.capacity() + entries_.capacity() * sizeof(Entry) + byRecency_.capacity() * sizeof(std::uint32_t);
 }
 
 }  // namespace orvane

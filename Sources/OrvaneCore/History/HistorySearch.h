@@ -43,6 +43,7 @@ class HistorySearch {
     const std::vector<SessionRecord>* records_;
     std::string texts_;
     std::vector<Entry> entries_;
+    std::vector<std::uint32_t> byRecency_;  ///< places of the records, the newest first
 };
 
 }  // namespace orvane

@@ -17,7 +17,7 @@ struct SessionTelemetry {
     TranscriptProvider kind = TranscriptProvider::claude;
     std::string projectPath;
     Date startedAt;
-    /// The conversation that its command line names.
+    /// The conversation: at first what its command line names, then what the transcript tells.
     std::optional<std::string> resumeID;
     /// The path of the transcript.
     std::optional<std::string> boundURL;

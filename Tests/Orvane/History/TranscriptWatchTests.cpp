@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "Orvane/Agents/ScriptedScreen.h"
+#include "Orvane/Workspace/SessionSaving.h"
 #include "OrvaneCore/Transcripts/GeminiTranscript.h"
 
 namespace orvane::testing {
@@ -74,11 +75,12 @@ TEST_F(TranscriptWatchTest, BindsASessionOfEachAgentAndTellsModelAndContext) {
         std::string lines;
         const char* model;
         const char* use;
+        const char* resume;
     };
     const std::string hash = GeminiTranscript::projectHash(folder.path());
     const Case cases[] = {
         {SessionKind::claude, claudeFile("one"), asked("Hello") + "\n" + answered("claude-opus-4-5", 50'000),
-         "claude-opus-4-5", "50000 of 200000"},
+         "claude-opus-4-5", "50000 of 200000", "claude --resume 'one'"},
         {SessionKind::codex, codexFile(),
          R"({"timestamp":"2026-01-01T00:00:02Z","type":"session_meta","payload":{"id":"abc","cwd":")" + folder.path() +
              R"("}})"
@@ -86,11 +88,11 @@ TEST_F(TranscriptWatchTest, BindsASessionOfEachAgentAndTellsModelAndContext) {
              R"({"type":"turn_context","payload":{"model":"gpt-6"}})"
              "\n"
              R"({"type":"event_msg","payload":{"type":"token_count","info":{"last_token_usage":{"total_tokens":900},"model_context_window":1000}}})",
-         "gpt-6", "900 of 1000"},
+         "gpt-6", "900 of 1000", "codex resume 'abc'"},
         {SessionKind::gemini, geminiFile(),
          R"({"sessionId":"a","projectHash":")" + hash + R"(","startTime":"2026-01-01T00:00:02Z"})" + "\n" +
              R"({"id":"1","type":"gemini","content":"Done","model":"gemini-3-pro","tokens":{"input":70}})",
-         "gemini-3-pro", "70 of 1048576"},
+         "gemini-3-pro", "70 of 1048576", "gemini --resume 'a'"},
     };
     for (const Case& each : cases) {
         start(each.kind);
@@ -101,6 +103,7 @@ TEST_F(TranscriptWatchTest, BindsASessionOfEachAgentAndTellsModelAndContext) {
         EXPECT_EQ(boundTo(), each.path);
         EXPECT_EQ(model(), each.model);
         EXPECT_EQ(use(), each.use);
+        EXPECT_EQ(SessionSaving::saved(*session).command, each.resume) << "after a restart it goes on there";
     }
 }
 

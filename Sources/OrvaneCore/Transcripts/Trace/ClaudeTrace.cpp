@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Transcripts/CallTarget.h"
-#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Transcripts/Scan/OversizedLine.h"
 #include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 
@@ -14,7 +14,7 @@ namespace orvane::ToolTrace {
 namespace {
 
 constexpr Needle toolUse("\"type\":\"tool_use\"");
-constexpr Needle result("\"tool_result\"");
+constexpr Needle toolResult("\"tool_result\"");
 constexpr Needle notification("<task-notification>");
 constexpr Needle failure("\"is_error\":true");
 constexpr Needle sidechain("\"isSidechain\":true");
@@ -46,7 +46,7 @@ std::string notificationText(const TranscriptRecord& content) {
 }  // namespace
 
 void ClaudeTrace::take(std::string_view line, TraceBuilder& builder) {
-    if (!toolUse.isIn(line) && !result.isIn(line) && !notification.isIn(line)) return;
+    if (!toolUse.isIn(line) && !toolResult.isIn(line) && !notification.isIn(line)) return;
     if (OversizedLine::isOversized(line)) return takeOversized(line, builder);
     const auto record = parser_.parse(line);
     if (!record) return;
@@ -103,7 +103,7 @@ void ClaudeTrace::takeOversized(std::string_view line, TraceBuilder& builder) {
         setTarget(event, CallTarget::of(block));
         event.timestamp = at;
         event.isSidechain = sidechain.isIn(ends.head());
-    } else if (result.isIn(line)) {
+    } else if (toolResult.isIn(line)) {
         ToolEvent* const event = builder.find(ends.valueAtEitherEnd("tool_use_id").value_or(""));
         if (event != nullptr) end(*event, {.succeeded = !failure.isIn(line), .at = at, .output = {}});
     }
