@@ -205,16 +205,24 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
 
     void readQuietlyOnce() {
         std::string bytes = readAvailable(std::min(quietSize, limits.readSize));
-        if (!isEmptied) quietWatch.reset();
+        // No longer watched while they are delivered, which may take a turn of the loop.
+        const bool isQuiet = isEmptied;
+        if (!isQuiet) quietWatch.reset();
         if (!bytes.empty()) deliver(std::move(bytes));
         if (isClosed) return;
-        if (isAtEnd) return tellEnd();
-        if (!quietWatch) {
-            postToReader([](State& state) {
-                state.loudAt = state.reader.now();
-                state.issueRead();
-            });
-        }
+        if (isAtEnd) tellEnd();
+        // Behind them: what the other thread reads from now on comes later.
+        if (!isQuiet) giveBack();
+    }
+
+    /// The reading thread reads again; at the end too, where there is nothing to read, so that it answers what is asked
+    /// of whoever reads.
+    void giveBack() {
+        quietWatch.reset();
+        postToReader([](State& state) {
+            state.loudAt = state.reader.now();
+            state.issueRead();
+        });
     }
 
     /// At once, unless something is still to be delivered before.
@@ -235,7 +243,7 @@ struct ReadChannel::State : std::enable_shared_from_this<State> {
             return;
         }
         drain(std::move(task));
-        if (isAtEnd) quietWatch.reset();
+        if (isAtEnd) giveBack();
     }
 
     void flush() {
