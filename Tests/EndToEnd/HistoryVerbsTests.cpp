@@ -127,7 +127,7 @@ TEST_F(HistoryVerbsTest, AConversationIsShownAndTraced) {
 Agent: Claude Code
 Project: )" + folder.path("project") + R"(
 Conversation: cafe-1
-Time: 2026-01-02 03:04 – 2026-01-02 03:05
+Time: 2026-01-02 03:04 – 03:05
 
 You · 2026-01-02 03:04
 Mend the login

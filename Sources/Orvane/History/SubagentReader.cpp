@@ -89,7 +89,7 @@ void SubagentReader::list(const std::string& directory, Folder& folder) {
 
 SubagentTrace::Meta SubagentReader::metaOf(const std::string& path, const std::string& agentID) {
     const std::string metaPath = path.substr(0, path.size() - ending.size()) + ".meta.json";
-    const SubagentTrace::Meta unknown{.agentID = agentID};
+    SubagentTrace::Meta unknown{.agentID = agentID};
     const auto stamp = stampOf(metaPath);
     if (!stamp) return unknown;
     const auto known = metas_.find(metaPath);

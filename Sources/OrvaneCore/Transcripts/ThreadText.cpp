@@ -140,7 +140,8 @@ class Writer {
         constexpr std::string_view aborted = "turn_aborted";
         if (text == "context_compacted") return look_.l10n.text("thread.compacted");
         if (!text.starts_with(aborted)) return text;
-        return look_.l10n.text("thread.interrupted") + text.substr(aborted.size());
+        const std::string_view reason = std::string_view(text).substr(aborted.size());
+        return look_.l10n.text("thread.interrupted") + std::string(reason == ": interrupted" ? "." : reason);
     }
 
     /// A person's words begin a turn each; the agent's next one begins when it has the word again.
@@ -161,10 +162,12 @@ class Writer {
 
     std::string span(Date from, Date to) const {
         if (to == Date{}) return {};
-        const Calendar::Reading first = calendar_.reading(from);
         const Calendar::Reading last = calendar_.reading(to);
         const std::string end = last.day + " " + last.time;
-        return from == Date{} || from == to ? end : first.day + " " + first.time + " – " + end;
+        const Calendar::Reading first = from == Date{} ? last : calendar_.reading(from);
+        const std::string start = first.day + " " + first.time;
+        if (start == end) return end;
+        return start + " – " + (first.day == last.day ? last.time : end);
     }
 
     void put(Piece piece, const std::string& text) {

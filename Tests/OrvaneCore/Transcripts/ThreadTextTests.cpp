@@ -53,6 +53,7 @@ std::vector<Entry> conversation() {
             said(Role::assistant, "```cpp\nint a;\n``` x\n", Date{newYear + 120}),
             said(Role::notice, "/compact now"),
             said(Role::notice, "context_compacted"),
+            said(Role::notice, "turn_aborted: replaced"),
             said(Role::notice, "turn_aborted: interrupted"),
             said(Role::error, "API Error\nTry later"),
             tool("Bash", "true"),
@@ -92,7 +93,9 @@ Note: /compact now
 
 Note: The context was compacted.
 
-Note: The turn was interrupted: interrupted
+Note: The turn was interrupted: replaced
+
+Note: The turn was interrupted.
 
 Error: API Error
 Try later
@@ -152,6 +155,14 @@ I look.
     EXPECT_THAT(document, HasSubstr("> **Error:** API Error\n> Try later\n"));
     EXPECT_THAT(text(heading, conversation(), {.form = Form::markdown}),
                 HasSubstr("- 3 tools: Read 2, Bash 1; 1 failed"));
+}
+
+TEST(ThreadTextTest, TellsTheTimeOnceOfAShortConversation) {
+    const std::pair<double, const char*> ends[] = {{30, "Time: 2026-01-01 00:00\n"},
+                                                   {600, "Time: 2026-01-01 00:00 – 00:10\n"},
+                                                   {25 * hour, "Time: 2026-01-01 00:00 – 2026-01-02 01:00\n"}};
+    for (const auto& [seconds, line] : ends)
+        EXPECT_THAT(text({.from = {newYear}, .to = {newYear + seconds}}, {}, {}), testing::EndsWith(line));
 }
 
 TEST(ThreadTextTest, ClosesOnlyTheFencesThatAreOpen) {
