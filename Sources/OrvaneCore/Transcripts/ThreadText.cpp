@@ -8,8 +8,8 @@
 #include "OrvaneCore/Support/Json.h"
 #include "OrvaneCore/Support/Overloaded.h"
 #include "OrvaneCore/Support/Text.h"
+#include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 #include "OrvaneCore/Transcripts/Thread/ThreadForm.h"
-#include "OrvaneCore/Transcripts/ToolTarget.h"
 
 namespace orvane::ThreadText {
 
@@ -112,7 +112,8 @@ class Writer {
         for (const Entry& entry : entries) {
             const bool isThought = entry.role == Role::thinking;
             if (isThought) {
-                call(look_.l10n.text("thread.thinking"), Text::truncated(entry.text, ToolTarget::longest), {});
+                call(look_.l10n.text("thread.thinking"), Text::truncated(entry.text, TranscriptText::maximumDetail),
+                     {});
             } else {
                 call(entry.tool.value_or(""), entry.target.value_or(""), outcome(entry));
             }
@@ -163,7 +164,7 @@ class Writer {
     std::string span(Date from, Date to) const {
         if (to == Date{}) return {};
         const Calendar::Reading last = calendar_.reading(to);
-        const std::string end = last.day + " " + last.time;
+        std::string end = last.day + " " + last.time;
         const Calendar::Reading first = from == Date{} ? last : calendar_.reading(from);
         const std::string start = first.day + " " + first.time;
         if (start == end) return end;

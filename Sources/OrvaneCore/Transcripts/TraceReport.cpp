@@ -9,7 +9,7 @@
 
 #include "OrvaneCore/Support/Date.h"
 #include "OrvaneCore/Support/Text.h"
-#include "OrvaneCore/Transcripts/ToolTarget.h"
+#include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 
 namespace orvane {
 
@@ -40,7 +40,7 @@ void add(object& into, const char* key, const std::optional<Value>& value) {
 }
 
 std::string shortLine(std::string_view text) {
-    return Text::truncated(Text::oneLine(text), ToolTarget::longest);
+    return Text::truncated(Text::oneLine(text), TranscriptText::maximumDetail);
 }
 
 JsonValue encode(const ToolEvent& event) {

@@ -6,8 +6,8 @@
 
 #include "OrvaneCore/Support/SpanText.h"
 #include "OrvaneCore/Support/Text.h"
+#include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 #include "OrvaneCore/Transcripts/Thread/PlainText.h"
-#include "OrvaneCore/Transcripts/ToolTarget.h"
 
 namespace orvane::TraceText {
 
@@ -62,7 +62,7 @@ class Writer {
         section("trace.subagents", runs.size());
         for (std::size_t index = 0; index < shown(runs.size()); ++index)
             line(PlainText::call(runs[index].agentType.value_or(runs[index].id),
-                                 Text::truncated(runs[index].description.value_or(""), ToolTarget::longest),
+                                 Text::truncated(runs[index].description.value_or(""), TranscriptText::maximumDetail),
                                  state(runs[index])));
         more(runs.size());
     }
