@@ -153,7 +153,7 @@ void measure(TranscriptProvider provider, std::size_t bytes, int repetitions) {
             .values = fmt::format("{:.2f}", feed / scan),
             .unit = "ratio",
             .value = feed / scan,
-            .atLeast = 0.25});
+            .atLeast = 0.2});
 }
 
 }  // namespace

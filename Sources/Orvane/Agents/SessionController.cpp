@@ -35,11 +35,11 @@ SessionController::~SessionController() = default;
 
 void SessionController::launch(SessionLauncher& launcher) {
     if (isAgent(identity_.kind)) {
-        agent_ = std::make_unique<TerminalAgent>(
-            *this, TerminalAgent::Surroundings{.loop = surroundings_.loop,
-                                               .home = surroundings_.home,
-                                               .log = surroundings_.log,
-                                               .transcripts = surroundings_.transcripts});
+        agent_ = std::make_unique<TerminalAgent>(*this,
+                                                 TerminalAgent::Surroundings{.loop = surroundings_.loop,
+                                                                             .home = surroundings_.home,
+                                                                             .log = surroundings_.log,
+                                                                             .transcripts = surroundings_.transcripts});
     }
     const auto bound = [weak = weak_from_this()](auto member) {
         return [weak, member](const auto&... arguments) {

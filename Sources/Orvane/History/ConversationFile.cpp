@@ -5,13 +5,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
+#include "Orvane/History/GeminiDocument.h"
 #include "OrvaneCore/Transcripts/Form/TranscriptForm.h"
-#include "OrvaneCore/Transcripts/GeminiTranscript.h"
 #include "Platform/FileDescriptor.h"
-#include "Platform/Files.h"
 #include "Platform/Uninterrupted.h"
 
 namespace orvane::ConversationFile {
@@ -21,7 +19,6 @@ namespace {
 constexpr std::size_t readSize = std::size_t{256} << 10;
 /// Of a line that does not fit into a block. Readers look at less of it.
 constexpr std::size_t keptEnd = std::size_t{64} << 10;
-constexpr std::size_t longestDocument = std::size_t{64} << 20;
 
 /// Collects bytes until they are a block of whole lines.
 class LineBlocks {
@@ -66,16 +63,10 @@ class LineBlocks {
     std::vector<std::string_view> lines_;
 };
 
-bool isDocument(const std::string& path) {
-    return path.ends_with(".json");
-}
-
-/// The older form of Gemini's files, as the lines of the newer one.
 std::expected<void, SystemError> readDocument(const std::string& path, const std::function<bool(Lines)>& take) {
-    const auto text = readWholeFile(path, longestDocument);
+    const auto text = GeminiDocument::lines(path);
     if (!text) return std::unexpected(text.error());
-    const std::vector<std::string> messages = GeminiTranscript::legacyLines(*text);
-    const std::vector<std::string_view> lines(messages.begin(), messages.end());
+    const std::vector<std::string_view> lines(text->begin(), text->end());
     (void)take(lines);
     return {};
 }
@@ -84,7 +75,7 @@ std::expected<void, SystemError> readDocument(const std::string& path, const std
 
 std::expected<void, SystemError> readLines(const std::string& path, std::size_t blockSize,
                                            const std::function<bool(Lines)>& take) {
-    if (isDocument(path)) return readDocument(path, take);
+    if (GeminiDocument::isOne(path)) return readDocument(path, take);
     const FileDescriptor file(
         uninterrupted([&] { return open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
     if (!file.isOpen()) return std::unexpected(SystemError::last("open", path));

@@ -5,12 +5,15 @@
 
 #include <algorithm>
 #include <functional>
+#include <span>
 #include <utility>
 
 #include "Orvane/History/FileTimes.h"
+#include "Orvane/History/GeminiDocument.h"
 #include "Orvane/History/TranscriptEnds.h"
 #include "OrvaneCore/History/SessionHistory.h"
 #include "OrvaneCore/Support/Text.h"
+#include "OrvaneCore/Transcripts/GeminiTranscript.h"
 #include "Platform/Files.h"
 
 namespace orvane::HistoryFiles {
@@ -69,7 +72,9 @@ class Listing {
             if (kind == EntryKind::file) return;
             const std::string folder = temporary + "/" + name;
             addFolder(folder + "/chats", 0,
-                      {.provider = TranscriptProvider::gemini, .markerPath = folder + "/.project_root"}, isGeminiFile);
+                      {.provider = TranscriptProvider::gemini,
+                       .markerPath = folder + "/" + std::string(GeminiTranscript::projectRootMarkerName)},
+                      isGeminiFile);
         });
     }
 
@@ -78,9 +83,7 @@ class Listing {
  private:
     static bool isJsonLines(const std::string& name) { return name.ends_with(".jsonl"); }
 
-    static bool isGeminiFile(const std::string& name) {
-        return name.starts_with("session-") && (isJsonLines(name) || name.ends_with(".json"));
-    }
+    static bool isGeminiFile(const std::string& name) { return GeminiTranscript::isSessionFile(name); }
 
     void addFolder(const std::string& path, int depth, const File& prototype,
                    bool (*isTranscript)(const std::string&)) {
@@ -103,6 +106,25 @@ std::optional<std::string> projectPathHint(const File& file) {
     return marker ? std::optional<std::string>(Text::trimmed(*marker)) : std::nullopt;
 }
 
+using Lines = std::span<const std::string_view>;
+
+std::optional<SessionRecord> recordOf(const File& file, Lines head, Lines tail) {
+    return SessionHistory::record({.path = file.path,
+                                   .provider = file.provider,
+                                   .modifiedAt = file.modifiedAt,
+                                   .byteSize = static_cast<std::size_t>(file.byteSize),
+                                   .projectPathHint = projectPathHint(file)},
+                                  head, tail);
+}
+
+/// It has no lines, so it is read whole.
+std::optional<Reading> readDocument(const File& file) {
+    const auto text = GeminiDocument::lines(file.path);
+    if (!text) return std::nullopt;
+    const std::vector<std::string_view> lines(text->begin(), text->end());
+    return Reading{.file = file, .record = recordOf(file, lines, {})};
+}
+
 }  // namespace
 
 std::vector<File> list(const std::string& home) {
@@ -114,17 +136,13 @@ std::vector<File> list(const std::string& home) {
 }
 
 std::optional<Reading> read(const File& file, TranscriptEnds& ends) {
+    if (GeminiDocument::isOne(file.path)) return readDocument(file);
     const auto now = ends.read(file.path);
     if (!now) return std::nullopt;
     Reading reading{.file = file, .record = std::nullopt};
     reading.file.modifiedAt = now->modifiedAt;
     reading.file.byteSize = now->byteSize;
-    reading.record = SessionHistory::record({.path = file.path,
-                                             .provider = file.provider,
-                                             .modifiedAt = now->modifiedAt,
-                                             .byteSize = static_cast<std::size_t>(now->byteSize),
-                                             .projectPathHint = projectPathHint(file)},
-                                            ends.head(), ends.tail());
+    reading.record = recordOf(reading.file, ends.head(), ends.tail());
     return reading;
 }
 

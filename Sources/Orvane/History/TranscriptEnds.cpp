@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "Orvane/History/FileTimes.h"
 #include "OrvaneCore/History/SessionHistory.h"
@@ -84,10 +85,11 @@ std::string_view TranscriptEnds::splitHead(std::string_view bytes) {
 void TranscriptEnds::splitTail(std::string_view bytes) {
     if (bytes.ends_with('\n')) bytes.remove_suffix(1);
     while (!bytes.empty() && tail_.size() < tailLineCap) {
-        const std::size_t before = bytes.rfind('\n');
-        const std::size_t start = before == std::string_view::npos ? 0 : before + 1;
+        // Of the C library, which does not look at one byte at a time.
+        const auto* before = static_cast<const char*>(memrchr(bytes.data(), '\n', bytes.size()));
+        const std::size_t start = before == nullptr ? 0 : static_cast<std::size_t>(before - bytes.data()) + 1;
         tail_.push_back(bytes.substr(start));
-        bytes = bytes.substr(0, start == 0 ? 0 : before);
+        bytes = bytes.substr(0, start == 0 ? 0 : start - 1);
     }
     std::ranges::reverse(tail_);
 }

@@ -188,6 +188,7 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     std::expected<void, SystemError> flushState() { return services_.stateFile.flush(); }
 
  private:
+    std::optional<TranscriptWatch::Files> transcriptFiles();
     SessionController::Callbacks callbacksFor(const std::shared_ptr<SessionController>& session);
     void sessionChanged(SessionController& session, const SessionStatus& from);
     void publish(SessionEvent event);

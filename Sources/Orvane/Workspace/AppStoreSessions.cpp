@@ -45,13 +45,11 @@ SessionController* AppStore::createSession(const SessionRequest& request) {
                                     .startedAt = dateOf(services_.loop.wallTime()),
                                     .agentSpec = spec},
         appearance,
-        SessionController::Surroundings{
-            .loop = services_.loop,
-            .l10n = services_.l10n,
-            .home = services_.home,
-            .log = services_.log,
-            .transcripts = TranscriptWatch::Files{
-                .pool = &services_.pool, .bindings = transcriptBindings_, .home = services_.home}});
+        SessionController::Surroundings{.loop = services_.loop,
+                                        .l10n = services_.l10n,
+                                        .home = services_.home,
+                                        .log = services_.log,
+                                        .transcripts = transcriptFiles()});
     session->install(callbacksFor(session));
     sessions_.push_back(session);
     place(*session, request);
@@ -62,6 +60,12 @@ SessionController* AppStore::createSession(const SessionRequest& request) {
     if (services_.launcher != nullptr) session->launch(*services_.launcher);
     committed();
     return session.get();
+}
+
+/// Nobody knows where agents keep their files without a home folder.
+std::optional<TranscriptWatch::Files> AppStore::transcriptFiles() {
+    if (services_.home.empty()) return std::nullopt;
+    return TranscriptWatch::Files{.pool = &services_.pool, .bindings = transcriptBindings_, .home = services_.home};
 }
 
 void AppStore::place(const SessionController& session, const SessionRequest& request) {

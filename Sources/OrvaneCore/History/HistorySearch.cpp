@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <tuple>
 #include <utility>
 
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Support/Text.h"
 
 namespace orvane {
@@ -41,9 +43,21 @@ std::vector<std::string> wordsOf(std::string_view text) {
 }  // namespace
 
 struct HistorySearch::Words {
+    explicit Words(std::string text) : folded(std::move(text)), each(wordsOf(folded)) {
+        for (const std::string& word : each)
+            needles.emplace_back(word);
+        if (each.size() > 1) phrase.emplace(folded);
+    }
+    // The needles look into the words.
+    Words(const Words&) = delete;
+    Words& operator=(const Words&) = delete;
+    ~Words() = default;
+
+    std::string folded;
     std::vector<std::string> each;
-    /// All of them; empty when there is one only.
-    std::string phrase;
+    std::vector<Needle> needles;
+    /// All of them, when they are more than one.
+    std::optional<Needle> phrase;
 };
 
 HistorySearch::HistorySearch(const std::vector<SessionRecord>& records, std::string_view locale) : records_(&records) {
@@ -76,27 +90,25 @@ int HistorySearch::score(const Entry& entry, const Words& words) const {
     const std::string_view project = between(entry.project, entry.preview);
     const std::string_view preview = between(entry.preview, entry.end);
     int total = 0;
-    for (const std::string& word : words.each) {
-        if (title.contains(word)) {
+    for (const Needle& word : words.needles) {
+        if (word.isIn(title)) {
             total += 3;
-        } else if (project.contains(word)) {
+        } else if (word.isIn(project)) {
             total += 2;
-        } else if (preview.contains(word)) {
+        } else if (word.isIn(preview)) {
             total += 1;
         } else {
             return 0;
         }
     }
-    if (words.phrase.empty()) return total;
-    if (title.contains(words.phrase)) return total + 4;
-    return preview.contains(words.phrase) ? total + 1 : total;
+    if (!words.phrase) return total;
+    if (words.phrase->isIn(title)) return total + 4;
+    return words.phrase->isIn(preview) ? total + 1 : total;
 }
 
 std::vector<std::size_t> HistorySearch::find(const HistoryQuery& query, const std::stop_token& stop) const {
     constexpr std::size_t recordsBetweenLooks = 256;
-    const std::string folded(Text::trimmed(foldedIn(query.locale, query.text)));
-    Words words{.each = wordsOf(folded), .phrase = {}};
-    if (words.each.size() > 1) words.phrase = folded;
+    const Words words(std::string(Text::trimmed(foldedIn(query.locale, query.text))));
     struct Match {
         int score;
         Date at;

@@ -6,10 +6,10 @@
 #include "OrvaneCore/History/Scan/ClaudeScanner.h"
 #include "OrvaneCore/History/Scan/CodexScanner.h"
 #include "OrvaneCore/History/Scan/GeminiScanner.h"
-#include "OrvaneCore/History/Scan/RawLine.h"
 #include "OrvaneCore/History/SessionHistory.h"
 #include "OrvaneCore/Support/JSONObject.h"
 #include "OrvaneCore/Support/TitleCut.h"
+#include "OrvaneCore/Transcripts/TranscriptLine.h"
 
 namespace orvane::SessionHistory {
 
@@ -83,7 +83,7 @@ TitleScan TitleScan::decode(const JsonValue& json) {
 void absorbTitle(std::string_view line, Provider provider, TitleScan& into) {
     if (into.probes >= titleProbeLimit) return;
     ++into.probes;
-    if (!line.starts_with('{') || line.size() > RawLine::parsedLimit || !isOfInterest(line, provider)) return;
+    if (!line.starts_with('{') || line.size() > TranscriptLine::longestParsed || !isOfInterest(line, provider)) return;
     thread_local TranscriptParser parser;
     const auto record = parser.parse(line);
     if (!record) return;

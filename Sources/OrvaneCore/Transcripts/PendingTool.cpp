@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "OrvaneCore/Transcripts/ToolTarget.h"
+#include "OrvaneCore/Transcripts/CallTarget.h"
 
 namespace orvane::PendingTool {
 
@@ -51,7 +51,7 @@ std::optional<ApprovalPolicy::Request> choice(std::string_view toolName, const T
 void note(const TranscriptRecord& toolUse, TranscriptReading& reading) {
     const std::string_view name = toolUse.string("name").value_or("");
     const TranscriptRecord input = toolUse["input"];
-    const std::string target = ApprovalPolicy::clean(ToolTarget::of(input), ApprovalPolicy::detailLimit);
+    const std::string target = ApprovalPolicy::clean(CallTarget::of(input).value_or(""), ApprovalPolicy::detailLimit);
     if (std::string shown = ApprovalPolicy::clean(name, longestName); !shown.empty()) {
         reading.pendingToolName = std::move(shown);
     }

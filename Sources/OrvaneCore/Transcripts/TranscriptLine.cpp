@@ -1,18 +1,10 @@
 #include "OrvaneCore/Transcripts/TranscriptLine.h"
 
-#include <cstring>
+#include "OrvaneCore/Support/Needle.h"
 
 namespace orvane::TranscriptLine {
 
 namespace {
-
-/// Of glibc, which searches several times faster than `std::string_view::find`: a quote begins nearly every needle.
-std::size_t position(std::string_view text, std::string_view needle) {
-    if (text.empty()) return needle.empty() ? 0 : std::string_view::npos;
-    const void* found = memmem(text.data(), text.size(), needle.data(), needle.size());
-    if (found == nullptr) return std::string_view::npos;
-    return static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
-}
 
 /// With the quotes; none when the text that begins there does not end within `edge` bytes.
 std::optional<std::string_view> quoted(std::string_view text) {
@@ -26,14 +18,14 @@ std::optional<std::string_view> quoted(std::string_view text) {
 
 std::optional<std::string_view> quotedValue(std::string_view line, std::string_view key) {
     const std::string needle = "\"" + std::string(key) + "\":\"";
-    const std::size_t at = position(line, needle);
+    const std::size_t at = Needle(needle).findIn(line);
     return at == std::string_view::npos ? std::nullopt : quoted(line.substr(at + needle.size() - 1));
 }
 
 }  // namespace
 
 bool contains(std::string_view line, std::string_view needle) {
-    return position(line, needle) != std::string_view::npos;
+    return Needle(needle).findIn(line) != std::string_view::npos;
 }
 
 bool headContains(std::string_view line, std::string_view needle) {

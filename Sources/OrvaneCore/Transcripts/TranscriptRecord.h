@@ -69,8 +69,8 @@ class TranscriptParser {
     TranscriptParser();
     ~TranscriptParser();
 
-    /// The JSON value that the line is; none when it is cut, malformed or nested deeper. Agents cut texts in the middle of a
-    /// character: bytes that are no UTF-8 and halves of a surrogate pair are read as U+FFFD.
+    /// The JSON value that the line is; none when it is cut, malformed or nested deeper. Agents cut texts in the middle
+    /// of a character: bytes that are no UTF-8 and halves of a surrogate pair are read as U+FFFD.
     std::optional<TranscriptRecord> parse(std::string_view line);
 
  private:

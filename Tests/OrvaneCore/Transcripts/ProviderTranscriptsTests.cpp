@@ -75,7 +75,7 @@ TEST(ClaudeTranscriptTest, theNewestRecordsTellTheReading) {
 TEST(ClaudeTranscriptTest, aPendingToolIsNamedAndItsQuestionRead) {
     const auto reading = [](const std::string& name, const std::string& input) {
         const TranscriptLines file({R"({"type":"assistant","message":{"content":[{"type":"tool_use","name":")" + name +
-                                   R"(","input":)" + input + "}]}}"});
+                                    R"(","input":)" + input + "}]}}"});
         return ClaudeTranscript::parse(file.lines).value_or(TranscriptReading());
     };
     EXPECT_EQ(reading("Bash", R"({"description":"List","command":"ls\n  -la"})"),

@@ -129,8 +129,8 @@ TEST(TranscriptFormTest, gemini) {
 
 TEST(TranscriptFormTest, recordsThatNoReaderKnowsAreCounted) {
     const TranscriptLines codex({R"({"type":"event_msg","payload":{"type":"dream"}})",
-                                R"({"type":"event_msg","payload":{"type":"dream"}})", "{cut", " ",
-                                R"({"type":"session_meta"})"});
+                                 R"({"type":"event_msg","payload":{"type":"dream"}})", "{cut", " ",
+                                 R"({"type":"session_meta"})"});
     EXPECT_EQ(TranscriptForm::notUnderstood(TranscriptProvider::codex, codex.lines),
               (std::map<std::string, std::size_t>{{"event_msg/dream", 2}, {"malformed", 1}}));
     const TranscriptLines gemini({R"({"$undo":1})", R"({"type":"poem"})", R"({"sessionId":"s"})", "{}"});

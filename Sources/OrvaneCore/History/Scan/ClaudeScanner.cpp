@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "OrvaneCore/History/Scan/RawLine.h"
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Support/Text.h"
+#include "OrvaneCore/Transcripts/TranscriptLine.h"
 
 namespace orvane {
 
@@ -14,9 +16,9 @@ enum class Kind { user, assistant };
 
 /// Of the record, or of one inside of it; in one pass, for most lines are neither and many are long.
 std::optional<Kind> kindOf(std::string_view line) {
-    constexpr std::string_view key = R"("type":")";
-    for (auto at = line.find(key); at != std::string_view::npos; at = line.find(key, at)) {
-        at += key.size();
+    constexpr Needle key(R"("type":")");
+    for (auto at = key.findIn(line); at != Needle::npos; at = key.findIn(line, at)) {
+        at += key.text().size();
         const std::string_view value = line.substr(at);
         if (value.starts_with(R"(user")")) return Kind::user;
         if (value.starts_with(R"(assistant")")) return Kind::assistant;
@@ -66,7 +68,7 @@ void ClaudeScanner::read(std::string_view line, SessionScan::Part part) {
     const auto kind = kindOf(line);
     if (!kind) return;
     // What tools gave back is most of a transcript; of those lines the id is all that counts.
-    if (*kind == Kind::user && line.contains(R"("toolUseResult":)")) {
+    if (*kind == Kind::user && TranscriptLine::contains(line, R"("toolUseResult":)")) {
         if (scan_.isNew(RawLine::escapedText(line, R"("uuid":")").value_or(line))) ++scan_.messages;
         return;
     }
@@ -95,10 +97,10 @@ void ClaudeScanner::addUsage(const TranscriptRecord& message, std::string_view l
 
 /// A first prompt with a large picture reaches beyond what is read.
 void ClaudeScanner::readCut(std::string_view line, SessionScan::Part part) {
-    if (scan_.sawPrompt || !line.contains(R"("role":"user")") || line.contains(R"("tool_use_id")") ||
-        line.contains(R"("isSidechain":true)"))
+    if (scan_.sawPrompt || !TranscriptLine::contains(line, R"("role":"user")") ||
+        TranscriptLine::contains(line, R"("tool_use_id")") || TranscriptLine::contains(line, R"("isSidechain":true)"))
         return;
-    const bool isText = line.contains(R"("content":")");
+    const bool isText = TranscriptLine::contains(line, R"("content":")");
     const auto text = RawLine::text(line, isText ? R"("content":")" : R"("text":")");
     auto words = text ? cleaned(*text) : std::nullopt;
     if (!words) return;

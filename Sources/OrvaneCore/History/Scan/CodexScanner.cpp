@@ -5,6 +5,7 @@
 
 #include "OrvaneCore/History/Scan/RawLine.h"
 #include "OrvaneCore/Support/Text.h"
+#include "OrvaneCore/Transcripts/TranscriptLine.h"
 
 namespace orvane {
 
@@ -14,13 +15,13 @@ namespace {
 constexpr std::size_t scannedFrom = 16384;
 
 bool isMeta(std::string_view line) {
-    return line.contains(R"("type":"session_meta")") || line.starts_with(R"({"id":")");
+    return TranscriptLine::contains(line, R"("type":"session_meta")") || line.starts_with(R"({"id":")");
 }
 
 bool holdsMessage(std::string_view line) {
     constexpr std::array<std::string_view, 4> marks = {R"("role":"user")", R"("role":"assistant")",
                                                        R"("type":"user_message")", R"("type":"UserMessage")"};
-    return std::ranges::any_of(marks, [&](std::string_view mark) { return line.contains(mark); });
+    return std::ranges::any_of(marks, [&](std::string_view mark) { return TranscriptLine::contains(line, mark); });
 }
 
 /// Records of early versions are what the payload of later ones is.
@@ -78,7 +79,8 @@ std::optional<CodexScanner::Prompt> CodexScanner::prompt(const TranscriptRecord&
 void CodexScanner::read(std::string_view line, SessionScan::Part part) {
     if (!scan_.sessionID && isMeta(line)) return readMeta(line);
     if (!scan_.projectPath) scan_.projectPath = RawLine::text(line, R"("cwd":")");
-    const bool hasUsage = line.contains(R"("total_tokens":)") && !line.contains(R"("type":"token_usage_record")");
+    const bool hasUsage = TranscriptLine::contains(line, R"("total_tokens":)") &&
+                          !TranscriptLine::contains(line, R"("type":"token_usage_record")");
     if ((!hasUsage && !holdsMessage(line)) || !scan_.isNew(line)) return;
     const auto record = parsed(line);
     if (!record) return;

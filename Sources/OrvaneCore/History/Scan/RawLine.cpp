@@ -1,5 +1,6 @@
 #include "OrvaneCore/History/Scan/RawLine.h"
 
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Transcripts/TranscriptRecord.h"
 
@@ -17,13 +18,14 @@ bool isCutOff(std::string_view text, std::size_t escape) {
 }  // namespace
 
 std::optional<std::string_view> escapedText(std::string_view line, std::string_view opening) {
-    const auto found = line.find(opening);
+    const auto found = Needle(opening).findIn(line);
     if (found == std::string_view::npos) return std::nullopt;
     const std::string_view rest = line.substr(found + opening.size());
     std::size_t escape = rest.size();
-    for (auto at = rest.find_first_of("\"\\"); at != std::string_view::npos; at = rest.find_first_of("\"\\", at + 2)) {
+    // Ids and times are short: `find_first_of` costs more than the loop.
+    for (std::size_t at = 0; at < rest.size(); ++at) {
         if (rest[at] == '"') return rest.substr(0, at);
-        escape = at;
+        if (rest[at] == '\\') escape = at++;
     }
     return isCutOff(rest, escape) ? rest.substr(0, escape) : rest;
 }

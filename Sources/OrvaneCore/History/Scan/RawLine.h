@@ -9,9 +9,6 @@
 /// Looks into lines of transcripts without parsing them: for lines that are large, cut, or of interest for one word.
 namespace orvane::RawLine {
 
-/// Longer lines are not parsed.
-inline constexpr std::size_t parsedLimit = 262144;
-
 /// The text behind the first `opening`, which ends with the quote that begins the text, such as `"cwd":"`. A text that
 /// the line cuts off is given as far as it goes.
 std::optional<std::string> text(std::string_view line, std::string_view opening);

@@ -5,7 +5,7 @@
 #include "OrvaneCore/History/Scan/ClaudeScanner.h"
 #include "OrvaneCore/History/Scan/CodexScanner.h"
 #include "OrvaneCore/History/Scan/GeminiScanner.h"
-#include "OrvaneCore/History/Scan/RawLine.h"
+#include "OrvaneCore/Transcripts/TranscriptLine.h"
 
 namespace orvane {
 
@@ -36,7 +36,7 @@ SessionScan SessionScanner::scanned(TranscriptProvider provider, std::span<const
 std::optional<TranscriptRecord> SessionScanner::parsed(std::string_view line) {
     // One a thread: its memory is what costs, and a walk reads a million lines.
     thread_local TranscriptParser parser;
-    return line.size() <= RawLine::parsedLimit ? parser.parse(line) : std::nullopt;
+    return line.size() <= TranscriptLine::longestParsed ? parser.parse(line) : std::nullopt;
 }
 
 }  // namespace orvane

@@ -7,7 +7,7 @@
 
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Transcripts/CallTarget.h"
-#include "OrvaneCore/Transcripts/Scan/Needle.h"
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 
 namespace orvane::TranscriptFeed {

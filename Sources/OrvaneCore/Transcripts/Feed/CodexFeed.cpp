@@ -8,7 +8,7 @@
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Transcripts/CallTarget.h"
 #include "OrvaneCore/Transcripts/CodexOutput.h"
-#include "OrvaneCore/Transcripts/Scan/Needle.h"
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Transcripts/Scan/OversizedLine.h"
 #include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 

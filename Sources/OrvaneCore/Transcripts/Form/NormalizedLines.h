@@ -17,8 +17,8 @@ class NormalizedLines {
     // A copy would look into the original's lines.
     NormalizedLines(const NormalizedLines&) = delete;
     NormalizedLines& operator=(const NormalizedLines&) = delete;
-    NormalizedLines(NormalizedLines&&) = default;
-    NormalizedLines& operator=(NormalizedLines&&) = default;
+    NormalizedLines(NormalizedLines&&) noexcept = default;
+    NormalizedLines& operator=(NormalizedLines&&) noexcept = default;
     ~NormalizedLines() = default;
 
     std::span<const std::string_view> lines() const { return lines_; }

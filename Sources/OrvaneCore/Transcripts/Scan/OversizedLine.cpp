@@ -21,8 +21,8 @@ std::string_view untilQuote(std::string_view text, std::size_t backslashes) {
 }  // namespace
 
 OversizedLine::OversizedLine(std::string_view line, TranscriptParser& parser)
-    : head_(line.substr(0, endBytes)),
-      tail_(line.size() > endBytes ? line.substr(line.size() - endBytes) : line),
+    : head_(line.substr(0, TranscriptLine::edge)),
+      tail_(line.size() > TranscriptLine::edge ? line.substr(line.size() - TranscriptLine::edge) : line),
       parser_(&parser) {}
 
 OversizedLine OversizedLine::from(std::string_view text) const {

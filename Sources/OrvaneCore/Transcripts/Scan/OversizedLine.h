@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "OrvaneCore/Support/Date.h"
+#include "OrvaneCore/Transcripts/TranscriptLine.h"
 #include "OrvaneCore/Transcripts/TranscriptRecord.h"
 
 namespace orvane {
@@ -14,12 +15,7 @@ namespace orvane {
 /// text, near its ends only.
 class OversizedLine {
  public:
-    /// Longest line, in bytes, that is parsed.
-    static constexpr std::size_t maximumParsedBytes = 262144;
-    /// What is kept of each end, in bytes.
-    static constexpr std::size_t endBytes = 16384;
-
-    static bool isOversized(std::string_view line) { return line.size() > maximumParsedBytes; }
+    static bool isOversized(std::string_view line) { return line.size() > TranscriptLine::longestParsed; }
 
     /// It looks into the line and the parser, which it uses to decode values.
     OversizedLine(std::string_view line, TranscriptParser& parser);

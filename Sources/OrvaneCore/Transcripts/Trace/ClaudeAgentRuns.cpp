@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Transcripts/ClaudeAgentReader.h"
-#include "OrvaneCore/Transcripts/Scan/Needle.h"
 #include "OrvaneCore/Transcripts/Scan/OversizedLine.h"
 #include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 #include "OrvaneCore/Transcripts/ToolTrace.h"

@@ -4,7 +4,7 @@
 
 #include "OrvaneCore/Transcripts/CallTarget.h"
 #include "OrvaneCore/Transcripts/CodexOutput.h"
-#include "OrvaneCore/Transcripts/Scan/Needle.h"
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Transcripts/Scan/OversizedLine.h"
 #include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 

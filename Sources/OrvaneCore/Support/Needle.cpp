@@ -1,4 +1,4 @@
-#include "OrvaneCore/Transcripts/Scan/Needle.h"
+#include "OrvaneCore/Support/Needle.h"
 
 #include <bit>
 #include <cstring>
@@ -31,6 +31,7 @@ bool isAnySet(Block block) {
 }  // namespace
 
 std::size_t Needle::findIn(std::string_view line, std::size_t from) const {
+    if (text_.size() < 2) return line.find(text_, from);
     if (line.size() < text_.size()) return npos;
     const std::size_t last = line.size() - text_.size();
     const Block first = filledWith(text_[probes_[0]]);

