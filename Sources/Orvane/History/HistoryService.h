@@ -77,6 +77,7 @@ class HistoryService : public std::enable_shared_from_this<HistoryService> {
     /// Answers a question beside the list. The input's time and time zone are those of now and here.
     void find(ComputeInput input, std::function<void(const Found&)> done);
     std::string timeZone() const { return services_.timeZone; }
+    const std::string& home() const { return services_.home; }
 
  private:
     /// What a walk brings back to the main thread.

@@ -1,5 +1,6 @@
 #include "OrvaneCore/Support/Calendar.h"
 
+#include <fmt/format.h>
 #include <unicode/gregocal.h>
 #include <unicode/timezone.h>
 
@@ -74,6 +75,15 @@ std::optional<Date> Calendar::parseDay(std::string_view text) const {
     const double noon = calendar.getTime(status);
     if (U_FAILURE(status) || *year == 0) return std::nullopt;
     return startOfDay({noon / millisecondsPerSecond});
+}
+
+Calendar::Reading Calendar::reading(Date date) const {
+    UErrorCode status = U_ZERO_ERROR;
+    icu::GregorianCalendar& calendar = fields_->calendar;
+    calendar.setTime(date.secondsSince1970 * millisecondsPerSecond, status);
+    const auto field = [&](UCalendarDateFields name) { return calendar.get(name, status); };
+    return {.day = fmt::format("{:04}-{:02}-{:02}", field(UCAL_YEAR), field(UCAL_MONTH) + 1, field(UCAL_DATE)),
+            .time = fmt::format("{:02}:{:02}", field(UCAL_HOUR_OF_DAY), field(UCAL_MINUTE))};
 }
 
 }  // namespace orvane

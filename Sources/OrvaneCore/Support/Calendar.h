@@ -28,6 +28,13 @@ class Calendar {
     /// The first moment of "2026-11-21"; none for what is no such day.
     std::optional<Date> parseDay(std::string_view text) const;
 
+    /// What calendar and clock show at a moment: "2026-11-21" and "09:30".
+    struct Reading {
+        std::string day;
+        std::string time;
+    };
+    Reading reading(Date date) const;
+
  private:
     struct Fields;
 

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <ranges>
+#include <utility>
 
 #include "OrvaneCore/Transcripts/Scan/OversizedLine.h"
 #include "OrvaneCore/Transcripts/Trace/TraceBuilder.h"
@@ -28,6 +30,18 @@ std::optional<double> firstDate(Lines&& lines, TranscriptParser& parser) {
         if (at) return at;
     }
     return std::nullopt;
+}
+
+/// The launch's result is the better witness of how it ended, except of one that goes on behind the conversation.
+void complete(AgentRun& launch, AgentRun file) {
+    launch.id = std::move(file.id);
+    if (launch.events.size() < file.events.size()) launch.events = std::move(file.events);
+    if (!launch.agentType) launch.agentType = std::move(file.agentType);
+    if (!launch.description) launch.description = std::move(file.description);
+    if (!launch.startedAt) launch.startedAt = file.startedAt;
+    if (launch.succeeded) return;
+    launch.succeeded = file.succeeded;
+    launch.durationSeconds = file.durationSeconds;
 }
 
 bool hasEndedTurn(std::span<const std::string_view> lines, TranscriptParser& parser) {
@@ -79,6 +93,23 @@ AgentRun run(const Meta& meta, std::span<const std::string_view> lines) {
     if (run.startedAt && endedAt && *endedAt >= *run.startedAt) run.durationSeconds = *endedAt - *run.startedAt;
     if (hasEndedTurn(lines, parser)) run.succeeded = true;
     return run;
+}
+
+std::vector<AgentRun> merged(std::vector<AgentRun> launched, std::vector<AgentRun> fromFiles) {
+    std::vector<AgentRun> rest;
+    for (AgentRun& file : fromFiles) {
+        const auto launch = std::ranges::find_if(launched, [&](const AgentRun& run) {
+            return run.id == file.id || (file.toolUseID && run.toolUseID == file.toolUseID);
+        });
+        if (launch == launched.end()) {
+            rest.push_back(std::move(file));
+        } else {
+            complete(*launch, std::move(file));
+        }
+    }
+    std::ranges::stable_sort(rest, {}, [](const AgentRun& run) { return run.startedAt.value_or(0); });
+    std::ranges::move(rest, std::back_inserter(launched));
+    return launched;
 }
 
 }  // namespace orvane::SubagentTrace

@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "OrvaneCore/Transcripts/ToolTrace.h"
 
@@ -33,6 +34,10 @@ std::optional<Meta> meta(std::string_view fromJSON, std::string_view agentID);
 
 /// What the agent did, by the lines of its conversation. It has succeeded once it ended its turn.
 AgentRun run(const Meta& meta, std::span<const std::string_view> lines);
+
+/// The runs that the conversation itself tells of, with what the agents' own files tell of the same ones, then those
+/// that only have files: agents that were launched by agents.
+std::vector<AgentRun> merged(std::vector<AgentRun> launched, std::vector<AgentRun> fromFiles);
 
 }  // namespace SubagentTrace
 

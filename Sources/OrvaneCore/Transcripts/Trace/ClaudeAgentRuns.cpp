@@ -1,12 +1,14 @@
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Support/Needle.h"
+#include "OrvaneCore/Support/Text.h"
+#include "OrvaneCore/Transcripts/ClaudeAgentReader.h"
 #include "OrvaneCore/Transcripts/Scan/OversizedLine.h"
 #include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 #include "OrvaneCore/Transcripts/ToolTrace.h"
@@ -36,9 +38,9 @@ class RunCollector {
         if (record->isTrue("isSidechain")) takeSidechain(*record, line);
     }
 
-    std::vector<AgentRun> runs(const std::vector<ToolEvent>& launches) {
+    std::vector<AgentRun> runs(const std::vector<ToolEvent>& launches) && {
         for (Run& each : runs_) {
-            each.run.events = events(each.lines, Provider::claude);
+            each.run.events = std::move(each.reader).finish();
             const auto launch = std::ranges::find(launches, each.run.toolUseID, &ToolEvent::id);
             if (launch == launches.end()) continue;
             each.run.startedAt = launch->timestamp;
@@ -49,7 +51,7 @@ class RunCollector {
         std::vector<AgentRun> all;
         all.reserve(runs_.size());
         for (Run& each : runs_) {
-            if (each.run.toolUseID || !each.lines.empty()) all.push_back(std::move(each.run));
+            if (each.run.toolUseID || each.hasLines) all.push_back(std::move(each.run));
         }
         return all;
     }
@@ -58,7 +60,8 @@ class RunCollector {
     struct Run {
         AgentRun run;
         std::string prompt;
-        std::vector<std::string_view> lines;
+        Reader reader{Provider::claude};
+        bool hasLines = false;
     };
 
     void takeBlocks(const TranscriptRecord& record) {
@@ -77,8 +80,7 @@ class RunCollector {
                                  .toolUseID = id,
                                  .agentType = owned(input.string("subagent_type")),
                                  .description = owned(input.string("description"))},
-                         .prompt = std::string(Text::trimmed(input.string("prompt").value_or(""))),
-                         .lines = {}});
+                         .prompt = std::string(Text::trimmed(input.string("prompt").value_or("")))});
     }
 
     void takeResult(const TranscriptRecord& record, const TranscriptRecord& block) {
@@ -94,20 +96,22 @@ class RunCollector {
         runs_[index].run.id = agent;
         if (isNew || known->second == index) return;
         const std::size_t orphan = std::exchange(known->second, index);
-        runs_[index].lines = std::exchange(runs_[orphan].lines, {});
+        runs_[index].reader = std::exchange(runs_[orphan].reader, Reader(Provider::claude));
+        runs_[index].hasLines = std::exchange(runs_[orphan].hasLines, false);
     }
 
     void takeSidechain(const TranscriptRecord& record, std::string_view line) {
         const auto index = runOf(record);
         if (!index) return;
-        runs_[*index].lines.push_back(line);
+        runs_[*index].reader.take(line);
+        runs_[*index].hasLines = true;
         if (const auto uuid = record.string("uuid")) byRecord_[std::string(*uuid)] = *index;
     }
 
     std::optional<std::size_t> runOf(const TranscriptRecord& record) {
         if (const auto agent = record.string("agentId")) {
             const auto [place, isNew] = byAgent_.try_emplace(std::string(*agent), runs_.size());
-            if (isNew) runs_.push_back({.run = {.id = std::string(*agent)}, .prompt = {}, .lines = {}});
+            if (isNew) runs_.push_back({.run = {.id = std::string(*agent)}, .prompt = {}});
             return place->second;
         }
         if (const auto parent = record.string("parentUuid")) {
@@ -119,7 +123,7 @@ class RunCollector {
 
     /// The first launch with this prompt that has no lines yet.
     std::optional<std::size_t> runWithPrompt(std::string_view prompt) const {
-        const auto fits = [&](const Run& run) { return run.lines.empty() && run.prompt == Text::trimmed(prompt); };
+        const auto fits = [&](const Run& run) { return !run.hasLines && run.prompt == Text::trimmed(prompt); };
         const auto found = std::ranges::find_if(runs_, fits);
         return found == runs_.end() ? std::nullopt : std::optional<std::size_t>(found - runs_.begin());
     }
@@ -133,11 +137,27 @@ class RunCollector {
 
 }  // namespace
 
-std::vector<AgentRun> claudeAgentRuns(std::span<const std::string_view> lines) {
+struct ClaudeAgentReader::State {
     RunCollector collector;
+};
+
+ClaudeAgentReader::ClaudeAgentReader() : state_(std::make_unique<State>()) {}
+
+ClaudeAgentReader::~ClaudeAgentReader() = default;
+
+void ClaudeAgentReader::take(std::string_view line) {
+    state_->collector.take(line);
+}
+
+std::vector<AgentRun> ClaudeAgentReader::finish(const std::vector<ToolEvent>& events) && {
+    return std::move(state_->collector).runs(events);
+}
+
+std::vector<AgentRun> claudeAgentRuns(std::span<const std::string_view> lines) {
+    ClaudeAgentReader reader;
     for (const std::string_view line : lines)
-        collector.take(line);
-    return collector.runs(events(lines, Provider::claude));
+        reader.take(line);
+    return std::move(reader).finish(events(lines, Provider::claude));
 }
 
 }  // namespace orvane::ToolTrace

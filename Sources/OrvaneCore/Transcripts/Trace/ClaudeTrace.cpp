@@ -85,10 +85,10 @@ void ClaudeTrace::takeNotification(std::string_view text, std::optional<double> 
     ToolEvent* const event = builder.find(tagged(text, "tool-use-id").value_or(byTask));
     if (event == nullptr || status == "running") return;
     event->isAsync = true;
-    const auto result = tagged(text, "result");
+    const auto answer = tagged(text, "result");
     end(*event, {.succeeded = status == "completed",
                  .at = at,
-                 .output = result ? *result : tagged(text, "summary").value_or("")});
+                 .output = answer ? *answer : tagged(text, "summary").value_or("")});
 }
 
 void ClaudeTrace::takeOversized(std::string_view line, TraceBuilder& builder) {

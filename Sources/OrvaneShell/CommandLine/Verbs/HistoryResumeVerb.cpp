@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <ostream>
 
-#include "OrvaneCore/History/HistoryIds.h"
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/CommandLine/ClientContext.h"
+#include "OrvaneShell/CommandLine/Selection.h"
 #include "OrvaneShell/CommandLine/Verbs/SessionStart.h"
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
 #include "OrvaneShell/Host/HostContext.h"
@@ -82,10 +82,9 @@ void lookAndResume(const HostContext& host, const SessionRecord& record) {
 
 Outcome serve(HostContext& host, const JSONObject& arguments) {
     host.history.refresh([host, id = arguments.string("id")] {
-        const auto place = HistoryIds::resolve(id, host.history.records());
-        if (place) return lookAndResume(host, host.history.records()[*place]);
-        const bool isNone = place.error() == IdPrefix::Error::none;
-        host.answer(Refusal{.message = host.l10n.text(isNone ? "error.nothingMatches" : "error.severalMatch", id)});
+        const auto record = Selection::conversation(host, id);
+        if (!record) return host.answer(record.error());
+        lookAndResume(host, *record);
     });
     return Later{};
 }

@@ -8,6 +8,7 @@
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/CommandLine/Columns.h"
 #include "OrvaneShell/CommandLine/Selection.h"
+#include "OrvaneShell/CommandLine/Verbs/ConversationJson.h"
 #include "OrvaneShell/CommandLine/Verbs/TerminalArguments.h"
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
 
@@ -129,27 +130,14 @@ std::expected<std::string, Refusal> projectPath(const HostContext& host, const s
     return std::unexpected(Refusal{.message = host.l10n.text("error.severalMatch", text)});
 }
 
-JsonValue rowJson(const HistoryService::Row& row) {
-    const SessionRecord& record = row.record;
-    return {{"id", record.id},
-            {"provider", rawValue(record.provider)},
-            {"projectPath", record.projectPath},
-            {"projectName", record.projectName()},
-            {"title", record.title},
-            {"firstPromptAt", record.firstPromptAt.iso8601()},
-            {"lastActivityAt", record.lastActivityAt.iso8601()},
-            {"when", row.whenLabel},
-            {"messageCount", record.messageCount},
-            {"approximateTokens", record.approximateTokens},
-            {"filePath", record.filePath},
-            {"preview", record.preview}};
-}
-
 JsonValue foundJson(const HistoryService& history, const HistoryService::Found& found) {
     boost::json::array rows;
     rows.reserve(found.rows.size());
-    for (const auto& row : found.rows)
-        rows.push_back(rowJson(row));
+    for (const auto& row : found.rows) {
+        boost::json::object json = conversationJson(row.record);
+        json["when"] = row.whenLabel;
+        rows.push_back(std::move(json));
+    }
     return {{"conversations", std::move(rows)},
             {"total", found.totalMatches},
             {"idLength", HistoryIds::distinguishingLength(history.records())}};

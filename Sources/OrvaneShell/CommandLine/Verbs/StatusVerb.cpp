@@ -3,11 +3,11 @@
 
 #include "Orvane/Agents/TerminalAgent.h"
 #include "Orvane/Support/WallClock.h"
+#include "OrvaneCore/Support/SpanText.h"
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/CommandLine/Verbs/AgentArguments.h"
 #include "OrvaneShell/CommandLine/Verbs/SessionJson.h"
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
-#include "OrvaneShell/Texts/SessionTexts.h"
 
 namespace orvane::Verbs {
 
@@ -114,7 +114,7 @@ void print(ClientContext& client, const JsonValue& result) {
     const JSONObject evidence = status.object("evidence");
     client.output << status.string("title") << ": " << statusText(l10n, status) << " ("
                   << l10n.text("status.evidence", l10n.text("evidence." + evidence.string("source")),
-                               SessionTexts::age(l10n, Seconds(evidence.number("age"))))
+                               spanText(l10n, Seconds(evidence.number("age"))))
                   << ")\n";
     if (status.contains("request")) printRequest(client, status.object("request"));
     printPrompts(client, status);
