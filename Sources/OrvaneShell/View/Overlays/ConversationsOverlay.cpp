@@ -65,6 +65,12 @@ const HistoryCorpus::Row* ConversationsOverlay::chosen() const {
     return chosen_ < rows.size() ? &rows[chosen_] : nullptr;
 }
 
+bool ConversationsOverlay::isSettled() const {
+    const HistoryService& history = view_.history;
+    // The first look at the disk may still find what a search did not.
+    return !history.searching() && !(history.indexing() && history.rows().empty());
+}
+
 void ConversationsOverlay::beginSearch() {
     isNewSearch_ = true;
     isAccepted_ = false;
@@ -75,7 +81,7 @@ void ConversationsOverlay::noteRows() {
     const auto& rows = view_.history.rows();
     const auto path = [](const HistoryCorpus::Row& row) -> const std::string& { return row.record.filePath; };
     const auto kept = std::ranges::find(rows, chosenPath_, path);
-    if (isNewSearch_ && !view_.history.searching()) {
+    if (isNewSearch_ && isSettled()) {
         isNewSearch_ = false;
         moveTo(0);
     } else if (kept != rows.end()) {
@@ -188,7 +194,7 @@ bool ConversationsOverlay::wheel(ViewContext& /*view*/, int x, int y, int rows) 
 }
 
 ViewOverlay::Next ConversationsOverlay::resume() {
-    if (view_.history.searching() && isNewSearch_) {
+    if (isNewSearch_ && !isSettled()) {
         isAccepted_ = true;
         return Next::stays;
     }
@@ -288,8 +294,7 @@ void ConversationsOverlay::paintList(const ViewContext& view, CanvasPen& pen) {
     const std::size_t lastFirst = rows.size() > room ? rows.size() - room : 0;
     first_ = std::min(std::clamp(first_, chosen_ >= room ? chosen_ + 1 - room : 0, chosen_), lastFirst);
     if (rows.empty()) {
-        const bool isReady = !view.history.indexing() && !view.history.searching();
-        if (isReady) pen.text(list_.x + 1, list_.y, view.l10n.text("history.empty"), ViewLook::dim, list_.cols - 2);
+        if (isSettled()) pen.text(list_.x + 1, list_.y, view.l10n.text("history.empty"), ViewLook::dim, list_.cols - 2);
         return;
     }
     const auto shown = std::span(rows).subspan(first_, std::min(room, rows.size() - first_));

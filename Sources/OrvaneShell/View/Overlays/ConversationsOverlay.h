@@ -30,6 +30,8 @@ class ConversationsOverlay final : public ViewOverlay {
     enum class Part { list, preview };
 
     const HistoryCorpus::Row* chosen() const;
+    /// The rows are those of the last wish, as far as anybody knows yet.
+    bool isSettled() const;
     /// The chosen conversation stays chosen wherever it stands now; a new search begins at its best.
     void noteRows();
     void beginSearch();
