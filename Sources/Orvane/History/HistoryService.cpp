@@ -86,10 +86,8 @@ void HistoryService::take(News news) {
     index_ = std::move(news.index);
     filesRead_ = news.filesRead;
     if (!news.indexText.empty()) writer_.write(std::move(news.indexText));
-    if (news.corpus) {
-        corpus_ = std::move(news.corpus);
-        recompute();
-    }
+    if (news.corpus) corpus_ = std::move(news.corpus);
+    recompute();  // also for the labels, which tell how long ago something was
     const auto done = std::exchange(walking_, {});
     if (!waiting_.empty()) walk();
     changed.emit();
@@ -107,6 +105,7 @@ HistoryService::ComputeInput HistoryService::stamped(ComputeInput input) const {
 void HistoryService::recompute() {
     recomputeTask_.request_stop();
     recomputeTask_ = {};
+    isSearching_ = true;
     ComputeInput input = stamped(input_);
     input.language = services_.language;
     runInBackground(
@@ -118,6 +117,7 @@ void HistoryService::recompute() {
             const auto self = weak.lock();
             if (!self || stop.stop_requested()) return;
             self->found_ = std::move(found);
+            self->isSearching_ = false;
             self->changed.emit();
         });
 }

@@ -54,6 +54,8 @@ class HistoryService : public std::enable_shared_from_this<HistoryService> {
     const std::vector<Row>& rows() const { return found_.rows; }
     std::size_t totalMatches() const { return found_.totalMatches; }
     bool indexing() const { return walk_ != nullptr; }
+    /// `rows` still answers an older wish.
+    bool searching() const { return isSearching_; }
     Signal<> changed;
 
     // What the list shows. A newer wish cancels what is being computed for an older one.
@@ -104,6 +106,7 @@ class HistoryService : public std::enable_shared_from_this<HistoryService> {
     std::size_t filesRead_ = 0;
     ComputeInput input_;
     Found found_;
+    bool isSearching_ = false;
     std::stop_source recomputeTask_;
 };
 

@@ -59,6 +59,11 @@ std::vector<SessionRecord> search(const std::vector<SessionRecord>& records, con
     return found;
 }
 
+Sort naturalSort(SortField field) {
+    using enum SortField;
+    return {.field = field, .ascending = field == title || field == project || field == provider};
+}
+
 std::vector<SessionRecord> sorted(std::vector<SessionRecord> records, Sort by) {
     std::vector<SortKey> keys;
     keys.reserve(records.size());

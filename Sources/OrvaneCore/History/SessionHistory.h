@@ -74,6 +74,9 @@ struct Sort {
 };
 inline constexpr Sort Sort::byRecency{};
 
+/// The order that people expect of a field: names and titles from a to z, the others from much to little.
+Sort naturalSort(SortField field);
+
 /// Equal ones by recency. Titles and projects compare without regard to case.
 std::vector<SessionRecord> sorted(std::vector<SessionRecord> records, Sort by);
 

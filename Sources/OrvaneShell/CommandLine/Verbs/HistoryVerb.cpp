@@ -84,12 +84,6 @@ std::expected<std::optional<Date>, Refusal> bound(const HostContext& host, const
     return date;
 }
 
-/// Names and titles run from a to z, the others from much to little.
-SessionHistory::Sort sortBy(SessionHistory::SortField field) {
-    using enum SessionHistory::SortField;
-    return {.field = field, .ascending = field == title || field == project || field == provider};
-}
-
 /// All of the question but the project, which is looked up among what the disk holds.
 std::expected<HistoryService::ComputeInput, Refusal> inputOf(const HostContext& host, const JSONObject& arguments) {
     HistoryService::ComputeInput input{.text = arguments.string("query"), .language = host.l10n.language};
@@ -104,7 +98,7 @@ std::expected<HistoryService::ComputeInput, Refusal> inputOf(const HostContext& 
         if (!field)
             return std::unexpected(
                 usage(host.l10n.text("usage.notASortField", *name, names<SessionHistory::SortField>())));
-        input.sort = sortBy(*field);
+        input.sort = SessionHistory::naturalSort(*field);
     }
     const auto since = bound(host, arguments, "since", HistoryDates::Bound::since);
     if (!since) return std::unexpected(since.error());

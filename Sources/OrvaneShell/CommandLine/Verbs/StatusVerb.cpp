@@ -73,7 +73,7 @@ Outcome serve(HostContext& host, const JSONObject& arguments) {
     if (!found) return found.error();
     const SessionController& session = **found;
     const Date now = dateOf(host.store.loop().wallTime());
-    boost::json::object object = sessionJson(session).as_object();
+    boost::json::object object = sessionAndContextJson(session).as_object();
     const SessionController::Evidence& evidence = session.evidence();
     object["evidence"] = {{"source", rawValue(evidence.source)},
                           {"since", evidence.since.iso8601()},
@@ -125,6 +125,13 @@ void print(ClientContext& client, const JsonValue& result) {
         if (!value.empty()) settings += (settings.empty() ? "" : ", ") + value;
     }
     if (!settings.empty()) client.output << settings << '\n';
+    if (status.contains("context")) {
+        const JSONObject context = status.object("context");
+        const auto percent = static_cast<int>(context.number("fraction") * 100);
+        client.output << l10n.text("status.context", context.integer("used"), context.integer("window"), percent)
+                      << '\n';
+    }
+    if (status.contains("transcript")) client.output << Text::oneLine(status.string("transcript")) << '\n';
 }
 
 int run(ClientContext& client, const Arguments& arguments) {
