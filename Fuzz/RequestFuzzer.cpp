@@ -80,7 +80,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const LoginCapture login(loop, shell);
     const auto tools = std::make_shared<ToolsManager>(
         ToolsManager::Services{.loop = loop, .pool = pool, .l10n = L10n(), .shell = shell, .loginCapture = login});
-    RequestRouter router({.store = *store, .agents = agents, .tools = *tools}, L10n(), [] {});
+    const auto history =
+        std::make_shared<HistoryService>(HistoryService::Services{.loop = loop,
+                                                                  .pool = pool,
+                                                                  .fileQueue = queue,
+                                                                  .home = "/nonexistent",
+                                                                  .indexPath = "/nonexistent/history.json"});
+    RequestRouter router({.store = *store, .agents = agents, .tools = *tools, .history = *history}, L10n(), [] {});
     std::string_view input = fuzzing::asText(data, size);
     while (!input.empty()) {
         const std::size_t end = std::min(input.find('\n'), input.size());

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <fstream>
 
 #include "EndToEnd/ViewTest.h"
 #include "OrvaneCore/Support/JSONObject.h"
@@ -203,6 +206,79 @@ TEST_F(ViewInTerminal, TheTerminalIsGivenBackWhenTheHostDiesAndTheNextHostBrings
     EXPECT_EQ(*window->end, 0);
     EXPECT_TRUE(loop.runUntil([&] { return seen().state != InstanceLock::State::running; }));
     EXPECT_FALSE(std::filesystem::exists(socket)) << "the host has died instead of ending";
+}
+
+TEST_F(ViewInTerminal, APastConversationIsFoundLookedIntoAndTakenUpAgainAndItsTraceIsShown) {
+    const std::string project = folder.path("project");
+    std::string slug = project;
+    std::ranges::replace_if(slug, [](unsigned char c) { return std::isalnum(c) == 0; }, '-');
+    const std::string transcript = folder.path(".claude/projects/" + slug + "/aaaa1111.jsonl");
+    std::filesystem::create_directories(std::filesystem::path(transcript).parent_path());
+    const auto append = [](const std::string& path, const std::string& lines) {
+        std::ofstream(path, std::ios::app) << lines;
+    };
+    const auto record = [&](const std::string& type, const std::string& message) {
+        return R"({"type":")" + type + R"(","uuid":")" + Uuid::random().lowerText() +
+               R"(","sessionId":"aaaa1111","cwd":")" + project + R"(","timestamp":"2026-01-02T03:04:05Z","message":)" +
+               message + "}\n";
+    };
+    const auto call = [&](const std::string& id, const std::string& name, const std::string& input) {
+        return record("assistant", R"({"model":"claude-opus-5-5","content":[{"type":"tool_use","id":")" + id +
+                                       R"(","name":")" + name + R"(","input":)" + input +
+                                       R"(}],"usage":{"input_tokens":90000,"output_tokens":10}})");
+    };
+    const auto result = [&](const std::string& id) {
+        return record("user", R"({"content":[{"type":"tool_result","tool_use_id":")" + id + R"(","content":"ok"}]})");
+    };
+    append(transcript, record("user", R"({"content":"Mend the login"})") +
+                           call("t1", "Edit", R"({"file_path":")" + project + R"(/src/login.c"})") + result("t1") +
+                           call("t2", "Bash", R"({"command":"curl https://example.org"})") + result("t2") +
+                           record("assistant", R"({"content":[{"type":"text","text":"The form is mended."}]})"));
+    append(folder.path(".claude/projects/" + slug + "/bbbb2222.jsonl"),
+           record("user", R"({"content":"Write the tests"})"));
+
+    auto window = open({}, 170, 40);
+    ASSERT_TRUE(untilShows(*window, "─ · shell"));
+    window->command("H");
+    ASSERT_TRUE(untilShows(*window, "2 of "));
+    ASSERT_TRUE(untilShows(*window, "Write the tests"));
+    window->type("login");
+    ASSERT_TRUE(untilShows(*window, "1 of 1"));
+    EXPECT_TRUE(untilGone(*window, "Write the tests"));
+    EXPECT_TRUE(untilShows(*window, "● The form is mended."));
+    EXPECT_TRUE(window->shows("▸ Edit, Bash"));
+    window->type("\r");
+    ASSERT_TRUE(untilGone(*window, "Past conversations"));
+    ASSERT_TRUE(untilShows(*window, "Claude Code v"));
+    ASSERT_TRUE(untilShows(*window, "Opus 5.5 ▕"));
+    const auto listed = Json::parse(orvane({"list", "--json"})->output);
+    ASSERT_TRUE(listed && listed->is_array() && listed->get_array().size() == 2);
+    const JSONObject session(listed->get_array().back());
+    EXPECT_EQ(session.string("transcript"), transcript);
+    EXPECT_EQ(session.object("context").integer("used"), 90000);
+    const std::string status = orvane({"status", session.string("id")})->output;
+    EXPECT_THAT(status, ::testing::HasSubstr("context: 90000 of "));
+    EXPECT_THAT(status, ::testing::HasSubstr(transcript));
+
+    window->command("T");
+    ASSERT_TRUE(untilShows(*window, "± src/login.c"));
+    EXPECT_TRUE(window->shows("Sensitive (1)"));
+    EXPECT_TRUE(window->shows("! Bash curl https://example.org"));
+    append(transcript, call("t3", "Bash", R"({"command":"npm test"})"));
+    EXPECT_TRUE(untilShows(*window, "▶ Bash npm test"));
+    window->command("T");
+    EXPECT_TRUE(untilGone(*window, "Sensitive"));
+
+    // Again it is only gone to.
+    window->command("t");
+    ASSERT_TRUE(untilGone(*window, "Claude Code v"));
+    window->command("H");
+    window->type("login\r");
+    ASSERT_TRUE(untilShows(*window, "Claude Code v"));
+    const auto again = Json::parse(orvane({"list", "--json"})->output);
+    EXPECT_EQ(std::ranges::count(again->get_array(), "claude",
+                                 [](const JsonValue& row) { return JSONObject(row).string("kind"); }),
+              1);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "Orvane/Agents/AgentConfigService.h"
 #include "OrvaneCore/Agents/AgentCommand.h"
+#include "OrvaneCore/Agents/ModelName.h"
 #include "OrvaneCore/Support/Regex.h"
 #include "OrvaneCore/Support/Text.h"
 #include "Platform/Files.h"
@@ -106,17 +107,34 @@ std::expected<void, ControlRefusal> AgentControls::setPermissionMode(const std::
         keys += nextPermissionMode;
     if (!keys.empty()) terminal_.write(keys);
     settings_.permissionMode = mode;
+    permissionSwitchedAt_ = loop_.now();
     return {};
 }
 
 void AgentControls::noteSwitchedModel(const std::string& model) {
-    if (!hasJustSwitched()) requestedModel_.reset();
+    if (!hasJust(modelSwitchedAt_)) requestedModel_.reset();
     settings_.modelName = model;
     modelSwitchedAt_ = loop_.now();
 }
 
-bool AgentControls::hasJustSwitched() const {
-    return modelSwitchedAt_ && loop_.now() - *modelSwitchedAt_ < switchProtection;
+void AgentControls::noteTranscript(const std::optional<std::string>& model,
+                                   const std::optional<std::string>& permissionMode) {
+    if (model && model != toldModel_ && !hasJust(modelSwitchedAt_)) {
+        toldModel_ = model;
+        if (requestedModel_ && !ModelName::isMeant(*model, *requestedModel_)) requestedModel_.reset();
+        // Transcripts name a model without the mark of its large window.
+        const std::string before = settings_.modelName.value_or("");
+        const bool isLarge = before.ends_with(ModelName::largeWindowSuffix) && ModelName::isMeant(*model, before);
+        settings_.modelName = isLarge ? *model + std::string(ModelName::largeWindowSuffix) : *model;
+    }
+    if (permissionMode && permissionMode != toldMode_ && !hasJust(permissionSwitchedAt_)) {
+        toldMode_ = settings_.permissionMode = permissionMode;
+        if (permissionMode == bypassMode) bypass_ = PermissionCycle::Bypass::included;
+    }
+}
+
+bool AgentControls::hasJust(const std::optional<Instant>& switchedAt) const {
+    return switchedAt && loop_.now() - *switchedAt < switchProtection;
 }
 
 void AgentControls::stop() {

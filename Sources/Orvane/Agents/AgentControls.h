@@ -55,6 +55,8 @@ class AgentControls {
 
     /// The agent says that its user has switched to this model.
     void noteSwitchedModel(const std::string& model);
+    /// What the transcript tells, which lags: it does not take back what was switched a moment ago.
+    void noteTranscript(const std::optional<std::string>& model, const std::optional<std::string>& permissionMode);
     /// Whether something of a command, or the draft that it displaced, is still to be typed.
     bool isTyping() const { return !steps_.empty() || !displacedDraft_.empty(); }
     void stop();
@@ -67,7 +69,7 @@ class AgentControls {
         std::string keys;  ///< none: only the wait
     };
 
-    bool hasJustSwitched() const;
+    bool hasJust(const std::optional<Instant>& switchedAt) const;
     std::expected<void, ControlRefusal> typeCommand(const std::string& command, const std::vector<int>& digits = {});
     std::expected<void, ControlRefusal> pickCodex(const std::string& model, const std::string& effort);
     std::expected<std::string, ControlRefusal> displaceDraft();
@@ -86,6 +88,10 @@ class AgentControls {
     std::optional<CodexPicker::Catalog> codexCatalog_;
     PermissionCycle::Bypass bypass_ = PermissionCycle::Bypass::excluded;
     std::optional<Instant> modelSwitchedAt_;
+    std::optional<Instant> permissionSwitchedAt_;
+    /// What the transcript told last: told again, it is no news.
+    std::optional<std::string> toldModel_;
+    std::optional<std::string> toldMode_;
     std::optional<std::string> requestedModel_;
     std::deque<Step> steps_;
     std::string displacedDraft_;

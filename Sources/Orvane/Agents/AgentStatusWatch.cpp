@@ -71,7 +71,13 @@ void AgentStatusWatch::noteInput(std::string_view bytes) {
     if (submits || session_.identity().kind == SessionKind::claude || DialogAnswer::closesDialog(bytes)) noteAnswer();
     if (!submits) return;
     userHasInteracted_ = true;
+    lastSubmissionAt_ = wallNow();
     session_.setStatus({SessionStatus::Working{}}, StatusSource::input);
+}
+
+void AgentStatusWatch::notePhase(AgentPhase phase, Date writtenAt) {
+    if (phase == AgentPhase::turnEnded && writtenAt < lastSubmissionAt_) return;
+    agentPhase_ = phase;
 }
 
 void AgentStatusWatch::noteAnswer() {

@@ -38,6 +38,9 @@ class AgentStatusWatch {
     void noteTitle();
     /// A question was answered by us.
     void noteAnswer();
+    /// What the transcript says, and when it was last written to: an end of a turn that is older than the prompt is not
+    /// the prompt's.
+    void notePhase(AgentPhase phase, Date writtenAt);
     /// The conversation begins anew.
     void forget();
     /// Somebody has given it something to do.
@@ -79,6 +82,7 @@ class AgentStatusWatch {
     bool userHasInteracted_ = false;
     std::optional<Instant> lastRealInputAt_;
     Date lastAnsweringInputAt_;
+    Date lastSubmissionAt_;
     std::string typedSinceReturn_;
 
     std::optional<HookFeedFile> hookFeed_;

@@ -35,9 +35,11 @@ SessionController::~SessionController() = default;
 
 void SessionController::launch(SessionLauncher& launcher) {
     if (isAgent(identity_.kind)) {
-        agent_ = std::make_unique<TerminalAgent>(
-            *this, TerminalAgent::Surroundings{
-                       .loop = surroundings_.loop, .home = surroundings_.home, .log = surroundings_.log});
+        agent_ = std::make_unique<TerminalAgent>(*this,
+                                                 TerminalAgent::Surroundings{.loop = surroundings_.loop,
+                                                                             .home = surroundings_.home,
+                                                                             .log = surroundings_.log,
+                                                                             .transcripts = surroundings_.transcripts});
     }
     const auto bound = [weak = weak_from_this()](auto member) {
         return [weak, member](const auto&... arguments) {
@@ -123,6 +125,11 @@ void SessionController::noteClear() {
     const bool isReady = std::holds_alternative<SessionStatus::Ready>(status_.value);
     setStatus({SessionStatus::Ready{}}, StatusSource::clear);
     if (isReady) changed();
+}
+
+void SessionController::noteTranscript(TranscriptWatch::News news) {
+    if (callbacks_.onTranscriptGrowth) callbacks_.onTranscriptGrowth(news);
+    changed();
 }
 
 void SessionController::showNotice(std::string_view textKey) {

@@ -10,6 +10,7 @@
 #include "Orvane/Agents/SessionApproval.h"
 #include "Orvane/Agents/SessionProcess.h"
 #include "Orvane/Chat/ChatTransport.h"
+#include "Orvane/History/TranscriptWatch.h"
 #include "OrvaneCore/Agents/AgentSpec.h"
 #include "OrvaneCore/Agents/SessionKind.h"
 #include "OrvaneCore/Agents/SessionStatus.h"
@@ -51,7 +52,7 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     struct Callbacks {
         /// After every change that a view would show; `from` is the status before it.
         std::function<void(const SessionStatus& from)> onChange;
-        std::function<void()> onTranscriptGrowth;
+        std::function<void(TranscriptWatch::News)> onTranscriptGrowth;
         std::function<void(const std::vector<std::string>&)> onSlashCommands;
         std::function<void(const std::string&)> onAITitle;
         std::function<void()> onFocus;
@@ -70,6 +71,8 @@ class SessionController : public std::enable_shared_from_this<SessionController>
         std::string home;
         /// A line for whoever looks into a fault; may be empty.
         std::function<void(const std::string& line)> log;
+        /// What transcripts are followed with; without it nobody reads them.
+        std::optional<TranscriptWatch::Files> transcripts = {};
     };
 
     SessionController(Identity identity, Appearance appearance, Surroundings surroundings);
@@ -129,6 +132,8 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     void noteRequest(const ApprovalPolicy::Request& request);
     /// The conversation begins anew.
     void noteClear();
+    /// Its transcript has grown, or is another one now.
+    void noteTranscript(TranscriptWatch::News news);
     /// Something that a view shows has changed, other than the status.
     void noteChange() { changed(); }
     /// Shows a text for a few seconds; empty when there is none.

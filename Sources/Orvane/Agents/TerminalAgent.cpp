@@ -2,8 +2,10 @@
 
 #include "Orvane/Agents/SessionController.h"
 #include "OrvaneCore/Agents/AgentCommand.h"
+#include "OrvaneCore/Agents/ContextWindowBudget.h"
 #include "OrvaneCore/Agents/PromptTyping.h"
 #include "OrvaneCore/Agents/Signals/ClaudeModelSwitch.h"
+#include "OrvaneCore/History/SessionHistory.h"
 #include "OrvaneCore/Support/Text.h"
 
 namespace orvane {
@@ -34,12 +36,51 @@ TerminalAgent::TerminalAgent(SessionController& session, const Surroundings& sur
               watch_.noteOwnDialog(promptBlockedUntil_);
           }),
       answers_(terminal_, loop_, [this] { watch_.noteAnswer(); }),
+      transcripts_(surroundings.transcripts),
       promptBlockedUntil_(loop_.now()) {}
 
 void TerminalAgent::start() {
     watch_.start([this] { prompts_.review(); });
     const SessionController::Identity& identity = session_.identity();
     controls_.readDefaults(home_, identity.projectPath, identity.command.value_or(""));
+    followTranscript();
+}
+
+void TerminalAgent::followTranscript() {
+    const SessionController::Identity& identity = session_.identity();
+    const auto provider = transcriptProvider(identity.kind);
+    if (!transcripts_ || !provider) return;
+    std::optional<std::string> id = session_.forcedTranscriptID();
+    if (!id && identity.command) id = SessionHistory::resumeIdentifier(*identity.command);
+    transcript_ = std::make_unique<TranscriptWatch>(session_.id(),
+                                                    SessionTelemetry{.kind = *provider,
+                                                                     .projectPath = identity.projectPath,
+                                                                     .startedAt = identity.startedAt,
+                                                                     .resumeID = std::move(id)},
+                                                    loop_, *transcripts_,
+                                                    [this](TranscriptWatch::News news) { noteTranscript(news); });
+    transcript_->start();
+}
+
+void TerminalAgent::noteTranscript(TranscriptWatch::News news) {
+    const TranscriptReading& reading = transcript_->reading();
+    controls_.noteTranscript(reading.model, reading.permissionMode);
+    if (reading.phase) watch_.notePhase(*reading.phase, transcript_->writtenAt());
+    session_.noteTranscript(news);
+}
+
+std::optional<TerminalAgent::ContextUse> TerminalAgent::contextUse() const {
+    const auto provider = transcriptProvider(session_.identity().kind);
+    if (transcript_ == nullptr || !provider) return std::nullopt;
+    const TranscriptReading& reading = transcript_->reading();
+    if (!reading.contextUsed) return std::nullopt;
+    // The transcript of Claude names the model without what marks a large window; its settings do not.
+    const std::string model = controls_.settings().modelName.value_or(reading.model.value_or(""));
+    const auto window = ContextWindowBudget::window(*provider, model, reading.contextWindow, *reading.contextUsed);
+    if (!window) return std::nullopt;
+    return ContextUse{.used = *reading.contextUsed,
+                      .window = *window,
+                      .fraction = ContextWindowBudget::usedFraction(*reading.contextUsed, *window, *provider)};
 }
 
 void TerminalAgent::stop() {
@@ -47,6 +88,7 @@ void TerminalAgent::stop() {
     prompts_.stop();
     controls_.stop();
     answers_.stop();
+    if (transcript_ != nullptr) transcript_->stop();
 }
 
 void TerminalAgent::noteExit() {
@@ -95,6 +137,7 @@ void TerminalAgent::noteInput(std::string_view bytes) {
 void TerminalAgent::noteClear() {
     clearAwaitingTranscript_ = true;
     watch_.forget();
+    if (transcript_ != nullptr) transcript_->noteClear();
     session_.noteClear();
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,6 +12,7 @@
 #include "Orvane/Agents/AgentStatusWatch.h"
 #include "Orvane/Agents/AgentTerminal.h"
 #include "Orvane/Agents/PromptPipeline.h"
+#include "Orvane/History/TranscriptWatch.h"
 
 namespace orvane {
 
@@ -28,6 +31,8 @@ class TerminalAgent final : private PromptTarget {
         /// The user's home folder, where agents keep their files.
         std::string home;
         std::function<void(const std::string& line)> log;
+        /// Without them nobody reads its transcript.
+        std::optional<TranscriptWatch::Files> transcripts;
     };
 
     /// The session owns it; the loop must outlive both.
@@ -52,6 +57,17 @@ class TerminalAgent final : private PromptTarget {
     AgentAnswers& answers() { return answers_; }
     AgentStatusWatch& watch() { return watch_; }
     AgentTerminal& terminal() { return terminal_; }
+    /// Null for one that writes none, or before it is started.
+    const TranscriptWatch* transcript() const { return transcript_.get(); }
+    /// Tokens.
+    struct ContextUse {
+        std::int64_t used = 0;
+        std::int64_t window = 0;
+        /// Of what it may use before it makes room, 0 to 1.
+        double fraction = 0;
+    };
+    /// How full its context is; none until the transcript tells.
+    std::optional<ContextUse> contextUse() const;
     /// Whether a transcript is still to come after "/clear".
     bool clearAwaitsTranscript() const { return clearAwaitingTranscript_; }
 
@@ -76,6 +92,8 @@ class TerminalAgent final : private PromptTarget {
 
     void noteInput(std::string_view bytes);
     void readModel();
+    void followTranscript();
+    void noteTranscript(TranscriptWatch::News news);
     bool isWorking() const;
     bool isSettled() const;
 
@@ -88,6 +106,8 @@ class TerminalAgent final : private PromptTarget {
     PromptPipeline prompts_;
     AgentControls controls_;
     AgentAnswers answers_;
+    std::optional<TranscriptWatch::Files> transcripts_;
+    std::unique_ptr<TranscriptWatch> transcript_;
     Instant promptBlockedUntil_;
     bool clearAwaitingTranscript_ = false;
 };

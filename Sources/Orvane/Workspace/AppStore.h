@@ -188,6 +188,8 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     std::expected<void, SystemError> flushState() { return services_.stateFile.flush(); }
 
  private:
+    std::optional<TranscriptWatch::Files> transcriptFiles();
+    void noteConversation(SessionController& session);
     SessionController::Callbacks callbacksFor(const std::shared_ptr<SessionController>& session);
     void sessionChanged(SessionController& session, const SessionStatus& from);
     void publish(SessionEvent event);
@@ -214,6 +216,7 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     WorkspaceModel workspace_;
     SessionRestorer restorer_;
     InterfaceState interface_;
+    std::shared_ptr<TranscriptBindings> transcriptBindings_ = std::make_shared<TranscriptBindings>();
     std::vector<std::shared_ptr<SessionController>> sessions_;
     /// Closed, but their programs may still be there; kept so that quitting can end them.
     std::vector<std::shared_ptr<SessionController>> closedSessions_;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Orvane/Agents/TerminalAgent.h"
 #include "Orvane/Support/WallClock.h"
 #include "Orvane/Workspace/AppStore.h"
 
@@ -45,8 +46,11 @@ SessionController* AppStore::createSession(const SessionRequest& request) {
                                     .startedAt = dateOf(services_.loop.wallTime()),
                                     .agentSpec = spec},
         appearance,
-        SessionController::Surroundings{
-            .loop = services_.loop, .l10n = services_.l10n, .home = services_.home, .log = services_.log});
+        SessionController::Surroundings{.loop = services_.loop,
+                                        .l10n = services_.l10n,
+                                        .home = services_.home,
+                                        .log = services_.log,
+                                        .transcripts = transcriptFiles()});
     session->install(callbacksFor(session));
     sessions_.push_back(session);
     place(*session, request);
@@ -57,6 +61,20 @@ SessionController* AppStore::createSession(const SessionRequest& request) {
     if (services_.launcher != nullptr) session->launch(*services_.launcher);
     committed();
     return session.get();
+}
+
+/// What is saved names the conversation, so that it is taken up after a restart.
+void AppStore::noteConversation(SessionController& session) {
+    workspace_.recordChatTranscript(session.id(), {.transcriptPath = session.agent()->transcript()->path().value_or(""),
+                                                   .provider = std::string(rawValue(session.identity().kind)),
+                                                   .at = dateOf(services_.loop.wallTime())});
+    committed();
+}
+
+/// Nobody knows where agents keep their files without a home folder.
+std::optional<TranscriptWatch::Files> AppStore::transcriptFiles() {
+    if (services_.home.empty()) return std::nullopt;
+    return TranscriptWatch::Files{.pool = &services_.pool, .bindings = transcriptBindings_, .home = services_.home};
 }
 
 void AppStore::place(const SessionController& session, const SessionRequest& request) {
@@ -84,7 +102,10 @@ SessionController::Callbacks AppStore::callbacksFor(const std::shared_ptr<Sessio
         .onChange = bound([](AppStore& self, SessionController& controller, const SessionStatus& from) {
             self.sessionChanged(controller, from);
         }),
-        .onTranscriptGrowth = bound([](AppStore& self, SessionController&) { self.scheduleChange(); }),
+        .onTranscriptGrowth = bound([](AppStore& self, SessionController& controller, TranscriptWatch::News news) {
+            if (news == TranscriptWatch::News::anotherFile) return self.noteConversation(controller);
+            self.scheduleChange();
+        }),
         .onSlashCommands =
             bound([](AppStore& self, SessionController& controller, const std::vector<std::string>& commands) {
                 auto& known = self.workspace_.knownSlashCommands[std::string(rawValue(controller.identity().kind))];

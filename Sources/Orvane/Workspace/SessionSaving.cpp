@@ -4,6 +4,7 @@
 #include <array>
 #include <csignal>
 
+#include "Orvane/Agents/TerminalAgent.h"
 #include "OrvaneCore/Agents/AgentCommand.h"
 #include "OrvaneCore/History/SessionHistory.h"
 
@@ -18,6 +19,10 @@ std::optional<std::string> startCommand(const SessionController::Identity& ident
 }
 
 std::optional<std::string> transcriptID(const SessionController& session) {
+    const TranscriptWatch* transcript = session.agent() == nullptr ? nullptr : session.agent()->transcript();
+    if (transcript != nullptr) {
+        if (auto told = transcript->conversationID()) return told;
+    }
     if (const auto& forced = session.forcedTranscriptID()) return forced;
     const auto& command = session.identity().command;
     if (!command) return std::nullopt;

@@ -127,6 +127,7 @@ class CharacterBorders {
 
 /// Where the first `count` characters end.
 std::size_t endOfPrefix(std::string_view text, std::size_t count) {
+    if (text.size() <= count) return text.size();  // a character has a byte at least
     CharacterBorders borders(text);
     std::size_t end = 0;
     for (; count > 0 && end < text.size(); --count)

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
+#include "OrvaneCore/Agents/SessionKind.h"
 #include "OrvaneCore/Support/RawValue.h"
 
 namespace orvane {
@@ -17,5 +19,10 @@ struct RawValues<TranscriptProvider> {
         rawValueOf(TranscriptProvider::gemini, "gemini"),
     };
 };
+
+/// Whose transcripts a session writes; none for one that writes none.
+inline std::optional<TranscriptProvider> transcriptProvider(SessionKind kind) {
+    return fromRawValue<TranscriptProvider>(rawValue(kind));
+}
 
 }  // namespace orvane

@@ -116,6 +116,11 @@ std::vector<TranscriptRecord> TranscriptRecord::elements() const {
     return all;
 }
 
+std::string TranscriptRecord::json() const {
+    const auto value = Access::value(*this);
+    return value ? simdjson::minify(*value) : "null";
+}
+
 std::vector<TranscriptRecord::Member> TranscriptRecord::members() const {
     std::vector<Member> all;
     if (!isObject()) return all;
@@ -127,7 +132,10 @@ std::vector<TranscriptRecord::Member> TranscriptRecord::members() const {
 }
 
 struct TranscriptParser::Implementation {
+    static constexpr std::size_t firstCapacity = 4096;  // bytes; it grows
+
     simdjson::dom::parser parser;
+    const simdjson::error_code prepared = parser.allocate(firstCapacity, TranscriptParser::deepestNesting);
 };
 
 TranscriptParser::TranscriptParser() : implementation_(std::make_unique<Implementation>()) {}
@@ -135,6 +143,7 @@ TranscriptParser::TranscriptParser() : implementation_(std::make_unique<Implemen
 TranscriptParser::~TranscriptParser() = default;
 
 std::optional<TranscriptRecord> TranscriptParser::parse(std::string_view line) {
+    if (implementation_->prepared != simdjson::SUCCESS) return std::nullopt;
     simdjson::dom::parser& parser = implementation_->parser;
     element value;
     auto error = parser.parse(line.data(), line.size()).get(value);

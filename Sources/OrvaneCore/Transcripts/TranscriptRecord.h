@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -35,6 +36,9 @@ class TranscriptRecord {
     std::vector<TranscriptRecord> elements() const;
     std::vector<TranscriptRecord> elements(std::string_view key) const { return (*this)[key].elements(); }
 
+    /// The value as JSON without blanks; "null" when absent.
+    std::string json() const;
+
     struct Member;
     /// The members of an object, in the order of the text.
     std::vector<Member> members() const;
@@ -59,11 +63,14 @@ struct TranscriptRecord::Member {
 /// Reads the lines of a transcript, one at a time. Keeps memory for the longest so far. One thread at a time.
 class TranscriptParser {
  public:
+    /// Of objects and arrays, so that whoever walks a value down has stack enough.
+    static constexpr std::size_t deepestNesting = 128;
+
     TranscriptParser();
     ~TranscriptParser();
 
-    /// The JSON value that the line is; none when it is cut or malformed. Agents cut texts in the middle of a
-    /// character: bytes that are no UTF-8 and halves of a surrogate pair are read as U+FFFD.
+    /// The JSON value that the line is; none when it is cut, malformed or nested deeper. Agents cut texts in the middle
+    /// of a character: bytes that are no UTF-8 and halves of a surrogate pair are read as U+FFFD.
     std::optional<TranscriptRecord> parse(std::string_view line);
 
  private:

@@ -77,6 +77,8 @@ struct WorkspaceModel {
     void moveSurface(const Uuid& surface, const Uuid& before);
     /// Gives the chat tab of a session a title, unless the user named it. Whether a tab changed.
     bool titleChatSurface(const Uuid& session, const std::string& title);
+    /// Adds a transcript to the history of the session's chat tabs.
+    void recordChatTranscript(const Uuid& session, const ChatHistorySegment& segment);
     /// Takes the worktree from every surface whose worktree is gone.
     void pruneWorktrees(const std::function<bool(const std::string& path)>& isFolder);
     /// The tabs of the strip: those that no pane of the project shows.

@@ -131,6 +131,16 @@ bool WorkspaceModel::titleChatSurface(const Uuid& session, const std::string& ti
     return false;
 }
 
+void WorkspaceModel::recordChatTranscript(const Uuid& session, const ChatHistorySegment& segment) {
+    for (auto& [projectID, metas] : surfaceMetas) {
+        for (SurfaceMeta& meta : metas) {
+            const bool isBound =
+                meta.kind == SurfaceKind::chat && meta.payload && Uuid::parse(*meta.payload) == session;
+            if (isBound) meta = meta.appendingHistory(segment);
+        }
+    }
+}
+
 void WorkspaceModel::pruneWorktrees(const std::function<bool(const std::string& path)>& isFolder) {
     for (auto& [projectID, metas] : surfaceMetas) {
         for (SurfaceMeta& meta : metas) {

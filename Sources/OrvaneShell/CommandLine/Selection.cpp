@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "OrvaneCore/History/HistoryIds.h"
 #include "OrvaneCore/Support/IdPrefix.h"
 #include "OrvaneCore/Support/Text.h"
 
@@ -103,6 +104,12 @@ std::expected<Item, Refusal> item(const HostContext& host, const std::string& te
     const auto id = among(host, text, ids);
     if (!id) return std::unexpected(id.error());
     return *std::ranges::find(items, *id, &Item::id);
+}
+
+std::expected<SessionRecord, Refusal> conversation(const HostContext& host, const std::string& text) {
+    const auto place = HistoryIds::resolve(text, host.history.records());
+    if (!place) return std::unexpected(refusal(host, place.error(), text));
+    return host.history.records()[*place];
 }
 
 }  // namespace orvane::Selection

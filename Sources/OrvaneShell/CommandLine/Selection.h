@@ -20,6 +20,9 @@ std::expected<HeadlessTerminal*, Refusal> terminal(const HostContext& host, cons
 /// never another one whose id begins so. A refusal tells which agents there are.
 std::expected<AgentSpec, Refusal> agent(const HostContext& host, const std::string& text);
 
+/// A past conversation, by the start of its id, among those that the last walk found.
+std::expected<SessionRecord, Refusal> conversation(const HostContext& host, const std::string& text);
+
 /// What an id stands for.
 struct Item {
     enum class Kind { session, pane, surface };

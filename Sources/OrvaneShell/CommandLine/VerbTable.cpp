@@ -9,19 +9,17 @@ namespace orvane {
 
 std::span<const Verb> verbTable() {
     static const std::array table = {
-        Verbs::view(),        Verbs::host(),       Verbs::open(),
-        Verbs::new_(),        Verbs::list(),       Verbs::screen(),
-        Verbs::type(),        Verbs::resize(),     Verbs::send(),
-        Verbs::approve(),     Verbs::deny(),       Verbs::answer(),
-        Verbs::interrupt(),   Verbs::clear(),      Verbs::model(),
-        Verbs::effort(),      Verbs::mode(),       Verbs::status(),
-        Verbs::wait(),        Verbs::projects(),   Verbs::rename(),
-        Verbs::color(),       Verbs::move(),       Verbs::remove(),
-        Verbs::layout(),      Verbs::close(),      Verbs::agents(),
-        Verbs::agentsAdd(),   Verbs::agentsEdit(), Verbs::agentsRemove(),
-        Verbs::events(),      Verbs::tools(),      Verbs::toolsInstall(),
-        Verbs::toolsUpdate(), Verbs::quit(),       Verbs::terminalFeed(),
-        Verbs::terminalRun(), Verbs::help(),       Verbs::activateExisting(),
+        Verbs::view(),          Verbs::host(),         Verbs::open(),    Verbs::new_(),
+        Verbs::list(),          Verbs::screen(),       Verbs::type(),    Verbs::resize(),
+        Verbs::send(),          Verbs::approve(),      Verbs::deny(),    Verbs::answer(),
+        Verbs::interrupt(),     Verbs::clear(),        Verbs::model(),   Verbs::effort(),
+        Verbs::mode(),          Verbs::status(),       Verbs::wait(),    Verbs::projects(),
+        Verbs::rename(),        Verbs::color(),        Verbs::move(),    Verbs::remove(),
+        Verbs::layout(),        Verbs::close(),        Verbs::agents(),  Verbs::agentsAdd(),
+        Verbs::agentsEdit(),    Verbs::agentsRemove(), Verbs::history(), Verbs::historyShow(),
+        Verbs::historyResume(), Verbs::trace(),        Verbs::events(),  Verbs::tools(),
+        Verbs::toolsInstall(),  Verbs::toolsUpdate(),  Verbs::doctor(),  Verbs::quit(),
+        Verbs::terminalFeed(),  Verbs::terminalRun(),  Verbs::help(),    Verbs::activateExisting(),
     };
     return table;
 }

@@ -12,6 +12,7 @@
 #include "Platform/Files.h"
 #include "Platform/Folders.h"
 #include "Platform/LineClient.h"
+#include "Platform/TimeZoneName.h"
 #include "Platform/UnixSocket.h"
 
 namespace orvane {
@@ -82,6 +83,14 @@ Host::Host(Mode mode, Environment environment, InstanceLock lock, DiagnosticLog 
                              .launcher = &launcher_,
                              .customAgent = [this](const Uuid& id) { return agents_.spec(id); },
                              .git = [this] { return Git(loginCapture_.entries().value_or(entries(environment_))); }})),
+      history_(std::make_shared<HistoryService>(HistoryService::Services{.loop = loop_,
+                                                                         .pool = pool_,
+                                                                         .fileQueue = fileQueue_,
+                                                                         .home = Folders::home(environment_),
+                                                                         .indexPath = HostPaths::history(environment_),
+                                                                         .timeZone = timeZoneName(environment_),
+                                                                         .language = l10n_.language,
+                                                                         .onError = reporting(log_)})),
       stopSequence_(loop_, store_),
       // In a turn of its own: a view that asks for the end is still at work, and goes with it.
       views_(preferences_, Folders::home(environment_), [this] { loop_.post([this] { stop(); }); }),
@@ -89,6 +98,7 @@ Host::Host(Mode mode, Environment environment, InstanceLock lock, DiagnosticLog 
           {.store = *store_,
            .agents = agents_,
            .tools = *tools_,
+           .history = *history_,
            .openView = [this](HostContext& host, const JSONObject& arguments) { return views_.open(host, arguments); }},
           l10n_, [this] { stop(); }),
       server_(loop_,

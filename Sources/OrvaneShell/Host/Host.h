@@ -9,6 +9,7 @@
 #include "Orvane/Agents/CustomAgentStore.h"
 #include "Orvane/Agents/TerminalLauncher.h"
 #include "Orvane/Agents/ToolsManager.h"
+#include "Orvane/History/HistoryService.h"
 #include "Orvane/Workspace/AppStore.h"
 #include "Orvane/Workspace/StopSequence.h"
 #include "OrvaneShell/Host/RequestRouter.h"
@@ -69,6 +70,7 @@ class Host {
     TerminalLauncher launcher_;
     std::shared_ptr<ToolsManager> tools_;
     std::shared_ptr<AppStore> store_;
+    std::shared_ptr<HistoryService> history_;
     StopSequence stopSequence_;
     ViewHost views_;
     RequestRouter router_;

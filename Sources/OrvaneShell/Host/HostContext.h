@@ -16,6 +16,7 @@ struct HostContext {
     AppStore& store;
     CustomAgentStore& agents;
     ToolsManager& tools;
+    HistoryService& history;
     const ViewOpening& openView;
     L10n l10n;
     std::weak_ptr<LineServer::Connection> connection;

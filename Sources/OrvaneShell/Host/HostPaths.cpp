@@ -18,6 +18,10 @@ std::string agents(const Environment& environment) {
     return Folders::applicationSupport(environment) + "/agents.json";
 }
 
+std::string history(const Environment& environment) {
+    return Folders::applicationSupport(environment) + "/history.json";
+}
+
 std::expected<std::string, SystemError> socket(const Environment& environment) {
     // Hosts with different support folders (a test, a second $XDG_DATA_HOME) may share a runtime folder.
     const std::string name = "/host-" + sha256Hex(Folders::applicationSupport(environment)).substr(0, 12) + ".sock";

@@ -16,6 +16,9 @@ std::string state(const Environment& environment);
 /// The agents that the user added.
 std::string agents(const Environment& environment);
 
+/// What is known of all past conversations; it can be made again.
+std::string history(const Environment& environment);
+
 /// The control socket of the host with this application support folder. Its folder is made if missing.
 std::expected<std::string, SystemError> socket(const Environment& environment);
 

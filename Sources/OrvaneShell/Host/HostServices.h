@@ -4,6 +4,7 @@
 
 #include "Orvane/Agents/CustomAgentStore.h"
 #include "Orvane/Agents/ToolsManager.h"
+#include "Orvane/History/HistoryService.h"
 #include "Orvane/Workspace/AppStore.h"
 #include "OrvaneShell/CommandLine/Verb.h"
 
@@ -21,6 +22,7 @@ struct HostServices {
     AppStore& store;
     CustomAgentStore& agents;
     ToolsManager& tools;
+    HistoryService& history;
     /// Empty in a host without a view.
     ViewOpening openView = {};
 };

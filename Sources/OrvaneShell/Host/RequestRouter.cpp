@@ -55,6 +55,7 @@ Outcome RequestRouter::serve(const std::shared_ptr<LineServer::Connection>& conn
     HostContext host{.store = services_.store,
                      .agents = services_.agents,
                      .tools = services_.tools,
+                     .history = services_.history,
                      .openView = services_.openView,
                      .l10n = l10n,
                      .connection = connection,

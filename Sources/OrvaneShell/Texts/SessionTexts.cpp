@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cmath>
 #include <utility>
 
 #include "Orvane/Agents/SessionController.h"
@@ -57,13 +56,6 @@ constexpr double hour = 60 * minute;
 constexpr double day = 24 * hour;
 
 }  // namespace
-
-std::string age(const L10n& l10n, Seconds age) {
-    const double seconds = std::max(0.0, age.count());
-    if (seconds < minute) return l10n.text("age.seconds", std::lround(seconds));
-    if (seconds < hour) return l10n.text("age.minutes", std::lround(seconds / minute));
-    return l10n.text("age.hours", std::lround(seconds / hour));
-}
 
 std::string shortAge(const L10n& l10n, Seconds age) {
     const double seconds = std::max(0.0, age.count());

@@ -20,9 +20,7 @@ std::string launchFailure(const L10n& l10n, const SessionController& session);
 /// Why an answer was not typed.
 std::string answerRefusal(const L10n& l10n, AnswerRefusal refusal, TerminalAgent& agent);
 
-/// How long something has been so: "12 s", "3 min", "2 h".
-std::string age(const L10n& l10n, Seconds age);
-/// The same in a few columns, and without counting seconds: "3m".
+/// How long something has been so, in a few columns and without counting seconds: "3m".
 std::string shortAge(const L10n& l10n, Seconds age);
 
 }  // namespace SessionTexts

@@ -33,6 +33,8 @@ const std::vector<ViewCommand>& table() {
         {Group::sessions, {"w"}, {}, "view.command.goTo", SessionCommands::goTo},
         {Group::sessions, {"a"}, {}, "view.command.answer", SessionCommands::answer},
         {Group::sessions, {"u"}, {}, "view.command.nextCall", SessionCommands::nextCall},
+        {Group::sessions, {"H"}, {}, "view.command.conversations", SessionCommands::conversations},
+        {Group::sessions, {"T"}, {}, "view.command.trace", SessionCommands::trace},
         {Group::sessions, {"$"}, {}, "view.command.renameSession", SessionCommands::rename},
         {Group::tabs, {"t"}, {}, "view.command.newTab", TabCommands::open},
         {Group::tabs, {"n"}, {}, "view.command.nextTab", TabCommands::next},

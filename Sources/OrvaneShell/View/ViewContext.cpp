@@ -6,6 +6,7 @@
 #include "Orvane/Support/WallClock.h"
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/Texts/SessionTexts.h"
+#include "OrvaneShell/View/TracePanel.h"
 
 namespace orvane {
 
@@ -15,14 +16,16 @@ constexpr Duration noticeTime = std::chrono::seconds(5);
 
 }  // namespace
 
-ViewContext::ViewContext(AppStore& workspaceStore, ToolsManager& toolsManager, CustomAgentStore& customAgentStore,
-                         L10n texts, KeyPattern leaderKey, Actions does)
-    : store(workspaceStore),
-      tools(toolsManager),
-      agents(customAgentStore),
+ViewContext::ViewContext(const Services& services, L10n texts, KeyPattern leaderKey, Actions does)
+    : store(services.store),
+      tools(services.tools),
+      agents(services.agents),
+      history(services.history),
       l10n(texts),
       leader(leaderKey),
       actions(std::move(does)) {}
+
+ViewContext::~ViewContext() = default;
 
 void ViewContext::open(std::unique_ptr<ViewOverlay> next) {
     close();
@@ -75,6 +78,11 @@ SessionController* ViewContext::focusedSession() const {
 
 SessionController* ViewContext::sessionIn(const ViewLayout::Pane& pane) const {
     return pane.content ? store.session(*pane.content) : nullptr;
+}
+
+TracePanel* ViewContext::tracePanel(const Uuid& session) const {
+    const auto found = tracePanels.find(session);
+    return found == tracePanels.end() ? nullptr : found->second.get();
 }
 
 std::optional<std::string> ViewContext::comingBack(const Uuid& leaf) const {

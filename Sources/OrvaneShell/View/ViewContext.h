@@ -1,12 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "Orvane/Agents/CustomAgentStore.h"
 #include "Orvane/Agents/ToolsManager.h"
+#include "Orvane/History/HistoryService.h"
 #include "Orvane/Workspace/AppStore.h"
 #include "OrvaneShell/View/Input/KeyText.h"
 #include "OrvaneShell/View/PaneSelection.h"
@@ -14,6 +16,8 @@
 #include "OrvaneShell/View/ViewOverlay.h"
 
 namespace orvane {
+
+class TracePanel;
 
 /// What the parts of one view share: the workspace, what only this view remembers, and what its commands can do. Main
 /// thread only.
@@ -30,12 +34,21 @@ class ViewContext {
         std::function<void(const std::string& text)> copy;
     };
 
-    ViewContext(AppStore& workspaceStore, ToolsManager& toolsManager, CustomAgentStore& customAgentStore, L10n texts,
-                KeyPattern leaderKey, Actions actions);
+    /// What it shows and changes; all of it outlives the view.
+    struct Services {
+        AppStore& store;
+        ToolsManager& tools;
+        CustomAgentStore& agents;
+        HistoryService& history;
+    };
+
+    ViewContext(const Services& services, L10n texts, KeyPattern leaderKey, Actions actions);
+    ~ViewContext();
 
     AppStore& store;
     ToolsManager& tools;
     CustomAgentStore& agents;
+    HistoryService& history;
     L10n l10n;
     /// The key before a command.
     KeyPattern leader;
@@ -54,6 +67,8 @@ class ViewContext {
     bool isLeaderDown = false;
     PaneSelection selection;
     std::unique_ptr<ViewOverlay> overlay;
+    /// Beside the panes of these sessions.
+    std::map<Uuid, std::unique_ptr<TracePanel>> tracePanels;
 
     /// Opens an overlay in the place of one that is there.
     void open(std::unique_ptr<ViewOverlay> next);
@@ -69,6 +84,8 @@ class ViewContext {
     /// What the focused pane shows; null when it is empty.
     SessionController* focusedSession() const;
     SessionController* sessionIn(const ViewLayout::Pane& pane) const;
+    /// Null when it shows none.
+    TracePanel* tracePanel(const Uuid& session) const;
     /// The title of the session of the last run that is still to come back into a pane.
     std::optional<std::string> comingBack(const Uuid& leaf) const;
     bool showsSidebar() const;

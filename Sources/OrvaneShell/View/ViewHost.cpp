@@ -67,9 +67,7 @@ std::unique_ptr<WorkspaceView> ViewHost::make(HostContext& host, const JSONObjec
     AppStore& store = host.store;
     return std::make_unique<WorkspaceView>(
         WorkspaceView::Setup{
-            .store = store,
-            .tools = host.tools,
-            .agents = host.agents,
+            .services = {.store = store, .tools = host.tools, .agents = host.agents, .history = host.history},
             .l10n = host.l10n,
             .leader = leader(isInsideTmux),
             .features = OuterTerminal::of(arguments.string("term"), arguments.string("colorTerm"), isInsideTmux),

@@ -6,6 +6,7 @@
 #include "OrvaneShell/View/Commands/ViewCommands.h"
 #include "OrvaneShell/View/Input/MouseForwarding.h"
 #include "OrvaneShell/View/Overlays/HistoryMode.h"
+#include "OrvaneShell/View/TracePanel.h"
 #include "TerminalEmulator/HeadlessTerminal.h"
 
 namespace orvane {
@@ -34,6 +35,14 @@ MouseEvent within(const ViewLayout::Pane& pane, MouseEvent event) {
     event.x = std::clamp(event.x - pane.body.x, 0, std::max(0, pane.body.cols - 1));
     event.y = std::clamp(event.y - pane.body.y, 0, std::max(0, pane.body.rows - 1));
     return event;
+}
+
+/// The trace panel that lies there over the pane; null when none does.
+TracePanel* panelAt(const ViewContext& view, const ViewLayout::Pane* pane, const MouseEvent& event) {
+    const SessionController* session = pane == nullptr ? nullptr : view.sessionIn(*pane);
+    TracePanel* panel = session == nullptr ? nullptr : view.tracePanel(session->id());
+    const bool isThere = panel != nullptr && TracePanel::area(pane->body).contains(event.x, event.y);
+    return isThere ? panel : nullptr;
 }
 
 bool goesToProgram(const MouseEvent& event, const Terminal& terminal) {
@@ -115,6 +124,7 @@ bool ViewMouse::pressOnDivider(const ViewContext& view, const MouseEvent& event)
 
 void ViewMouse::pressInPane(ViewContext& view, const ViewLayout::Pane& pane, const MouseEvent& event) {
     if (view.focusedLeaf() != pane.leaf) view.focus(pane.leaf);
+    if (panelAt(view, &pane, event) != nullptr) return;
     SessionController* session = view.sessionIn(pane);
     Terminal* terminal = terminalIn(view, &pane);
     if (terminal == nullptr) return;
@@ -188,8 +198,10 @@ void ViewMouse::release(ViewContext& view, const MouseEvent& event) {
 
 void ViewMouse::turnWheel(ViewContext& view, SidebarPainter& sidebar, const MouseEvent& event) {
     const int rows = event.button == Button::wheelUp ? -wheelRows : event.button == Button::wheelDown ? wheelRows : 0;
+    if (view.overlay != nullptr && view.overlay->wheel(view, event.x, event.y, rows)) return;
     if (view.layout.sidebar.contains(event.x, event.y)) return sidebar.scroll(rows);
     const ViewLayout::Pane* pane = view.layout.paneAt(event.x, event.y);
+    if (TracePanel* panel = panelAt(view, pane, event)) return panel->scroll(rows);
     Terminal* terminal = terminalIn(view, pane);
     if (terminal == nullptr) return;
     if (goesToProgram(event, *terminal)) return MouseForwarding::forward(within(*pane, event), *terminal);

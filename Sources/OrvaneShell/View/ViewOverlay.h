@@ -25,6 +25,8 @@ class ViewOverlay {
     virtual Next key(ViewContext& view, const KeyEvent& key) = 0;
     virtual Next text(ViewContext& /*view*/, const std::string& /*pasted*/) { return Next::stays; }
     virtual Next click(ViewContext& /*view*/, int /*x*/, int /*y*/) { return Next::stays; }
+    /// So many rows, up when negative; false when what is below it shall scroll.
+    virtual bool wheel(ViewContext& /*view*/, int /*x*/, int /*y*/, int /*rows*/) { return false; }
     /// The workspace has changed; what it is about may be gone.
     virtual Next refresh(ViewContext& /*view*/) { return Next::stays; }
     /// It goes without an answer, because the view does or another one comes.

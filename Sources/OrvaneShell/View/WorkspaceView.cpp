@@ -7,6 +7,7 @@
 #include "OrvaneShell/View/Commands/ViewCommands.h"
 #include "OrvaneShell/View/Input/KeyEncoder.h"
 #include "OrvaneShell/View/Painting/FramePainter.h"
+#include "OrvaneShell/View/TracePanel.h"
 #include "OrvaneShell/View/ViewCommand.h"
 #include "OrvaneShell/View/ViewModes.h"
 #include "TerminalEmulator/HeadlessTerminal.h"
@@ -30,11 +31,11 @@ constexpr int answersToAKey = 3;
 
 WorkspaceView::WorkspaceView(Setup setup, TerminalDevice device)
     : setup_(std::move(setup)),
-      terminal_(setup_.store.loop(), std::move(device), setup_.features,
+      terminal_(setup_.services.store.loop(), std::move(device), setup_.features,
                 {.onInput = [this](const InputEvent& event) { take(event); },
                  .paint = [this](Canvas& canvas) { paint(canvas); },
                  .onGone = [this] { end(End::gone); }}),
-      context_(setup_.store, setup_.tools, setup_.agents, setup_.l10n, setup_.leader,
+      context_(setup_.services, setup_.l10n, setup_.leader,
                {.requestFrame = [this] { requestFrame(); },
                 .detach = [this] { end(End::detached); },
                 .stopHost = [this] { setup_.stopHost(); },
@@ -44,14 +45,14 @@ WorkspaceView::WorkspaceView(Setup setup, TerminalDevice device)
 WorkspaceView::~WorkspaceView() = default;
 
 void WorkspaceView::start() {
-    AppStore& store = setup_.store;
+    AppStore& store = setup_.services.store;
     changes_ = store.changed.subscribe([this] { noteChange(); });
     outputs_ = store.sessionOutput.subscribe([this](const SessionController& session) {
         if (shows(session)) terminal_.requestFrame(hasteOf(session));
     });
     news_ = store.sessionNews.subscribe(
         [this](const SessionController& session, const TerminalNews& news) { noteNews(session, news); });
-    toolChanges_ = setup_.tools.changed.subscribe([this] { noteChange(); });
+    toolChanges_ = setup_.services.tools.changed.subscribe([this] { noteChange(); });
     events_ = store.sessionEvents.subscribe([this](const SessionEvent& event) { ringFor(event); });
     ageTimer_ = store.loop().every(ageInterval, ageTolerance, [this] { requestFrame(); });
     store.becameActive();
@@ -64,6 +65,7 @@ void WorkspaceView::end(End end, Client client) {
     for (Registration* registration : {&changes_, &toolChanges_, &outputs_, &news_, &events_, &ageTimer_, &holdTimer_})
         registration->reset();
     if (const auto gone = std::exchange(context_.overlay, nullptr)) gone->dismissed(context_);
+    context_.tracePanels.clear();
     hasFocus_ = false;
     noteFocus();
     if (client == Client::gone) {
@@ -71,9 +73,9 @@ void WorkspaceView::end(End end, Client client) {
     } else {
         terminal_.stop();
     }
-    setup_.store.resignedActive();
+    setup_.services.store.resignedActive();
     // Whoever owns this destroys it, and it may be at work further up.
-    setup_.store.loop().post([onEnd = setup_.onEnd, end] { onEnd(end); });
+    setup_.services.store.loop().post([onEnd = setup_.onEnd, end] { onEnd(end); });
 }
 
 void WorkspaceView::take(const InputEvent& event) {
@@ -159,7 +161,7 @@ void WorkspaceView::takePaste(const PasteEvent& paste) {
         pasteTarget_ = isTaken ? std::optional(session->id()) : std::nullopt;
         if (isTaken) pasteForm_ = pasteForm(session->terminal()->terminal.modes());
     }
-    SessionController* target = pasteTarget_ ? setup_.store.session(*pasteTarget_) : nullptr;
+    SessionController* target = pasteTarget_ ? setup_.services.store.session(*pasteTarget_) : nullptr;
     if (target == nullptr) return;
     std::string bytes(paste.isFirst ? pasteBegin(pasteForm_) : "");
     bytes += encodePaste(paste.text, pasteForm_);
@@ -171,10 +173,10 @@ void WorkspaceView::takeFocus(const FocusEvent& focus) {
     if (hasFocus_ == focus.hasFocus) return;
     hasFocus_ = focus.hasFocus;
     if (hasFocus_) {
-        setup_.store.becameActive();
+        setup_.services.store.becameActive();
         if (SessionController* session = context_.focusedSession()) session->clearAttention();
     } else {
-        setup_.store.resignedActive();
+        setup_.services.store.resignedActive();
     }
     noteFocus();
 }
@@ -185,7 +187,7 @@ void WorkspaceView::noteFocus() {
     const auto now = session == nullptr ? std::nullopt : std::optional(session->id());
     if (now == focusedSession_) return;
     const auto tell = [&](const std::optional<Uuid>& id, Terminal::Focus focus) {
-        const SessionController* told = id ? setup_.store.session(*id) : nullptr;
+        const SessionController* told = id ? setup_.services.store.session(*id) : nullptr;
         if (told != nullptr && told->isActive() && told->terminal() != nullptr)
             told->terminal()->terminal.setFocus(focus);
     };
@@ -201,14 +203,17 @@ void WorkspaceView::noteChange() {
         if (next == ViewOverlay::Next::stays && context_.overlay == nullptr) context_.overlay = std::move(current);
     }
     if (context_.overlay == nullptr) {
-        const InterfaceState& interface = setup_.store.interface();
+        const InterfaceState& interface = setup_.services.store.interface();
         if (interface.confirmingQuit) {
             FrameCommands::askToQuit(context_);
         } else if (const auto closing = interface.sessionPendingClose) {
             FrameCommands::askToClose(context_, Uuid(*closing));
         }
     }
-    const Project* project = context_.project() ? setup_.store.workspace().project(*context_.project()) : nullptr;
+    std::erase_if(context_.tracePanels,
+                  [&](const auto& panel) { return setup_.services.store.session(panel.first) == nullptr; });
+    const Project* project =
+        context_.project() ? setup_.services.store.workspace().project(*context_.project()) : nullptr;
     const std::string title = project == nullptr ? "Orvane" : Text::oneLine(project->name) + " - Orvane";
     if (std::exchange(title_, title) != title) terminal_.send(viewTitleText(title));
     noteFocus();
@@ -230,7 +235,7 @@ ViewTerminal::Haste WorkspaceView::hasteOf(const SessionController& session) {
 
 void WorkspaceView::noteNews(const SessionController& session, const TerminalNews& news) {
     std::visit(Overloaded{[&](const TerminalNews::Bell&) {
-                              const Instant now = setup_.store.loop().now();
+                              const Instant now = setup_.services.store.loop().now();
                               if (now - lastBellAt_ < bellInterval) return;
                               lastBellAt_ = now;
                               terminal_.send("\a");
@@ -249,7 +254,7 @@ void WorkspaceView::noteNews(const SessionController& session, const TerminalNew
 
 /// A session begins to wait for its user, who may be looking elsewhere.
 void WorkspaceView::ringFor(const SessionEvent& event) {
-    const SessionController* session = setup_.store.session(event.session);
+    const SessionController* session = setup_.services.store.session(event.session);
     if (session == nullptr) return;
     const std::string line = context_.l10n.text("view.sessionCalls", session->title());
     if (event.from == "waiting") context_.unsay(line);
@@ -269,18 +274,18 @@ void WorkspaceView::paint(Canvas& canvas) {
     if (isWhole) {
         context_.cols = canvas.cols();
         context_.rows = canvas.rows();
-        context_.layout = ViewLayout::of(setup_.store.workspace(), {.cols = canvas.cols(),
-                                                                    .rows = canvas.rows(),
-                                                                    .showsSidebar = context_.showsSidebar(),
-                                                                    .zoomedLeaf = context_.zoomedLeaf});
-        setup_.store.interface().paneArea = context_.layout.area();
+        context_.layout = ViewLayout::of(setup_.services.store.workspace(), {.cols = canvas.cols(),
+                                                                             .rows = canvas.rows(),
+                                                                             .showsSidebar = context_.showsSidebar(),
+                                                                             .zoomedLeaf = context_.zoomedLeaf});
+        setup_.services.store.interface().paneArea = context_.layout.area();
     }
     panes_.paint(context_, canvas);
     if (isWhole) paintSurroundings(canvas);
     if (context_.isLeaderDown) FramePainter::paintCommands(context_, canvas);
     terminal_.trackMotion(ViewMouse::wantsMotion(context_));
     if (panes_.isHeldBack()) {
-        holdTimer_ = setup_.store.loop().after(longestHold, [this] { terminal_.requestFrame(); });
+        holdTimer_ = setup_.services.store.loop().after(longestHold, [this] { terminal_.requestFrame(); });
     }
 }
 

@@ -20,9 +20,7 @@ class WorkspaceView {
     enum class End { detached, replaced, quit, gone };
 
     struct Setup {
-        AppStore& store;
-        ToolsManager& tools;
-        CustomAgentStore& agents;
+        ViewContext::Services services;
         L10n l10n;
         KeyPattern leader;
         OuterTerminal features;

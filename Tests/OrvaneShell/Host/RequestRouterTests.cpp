@@ -81,7 +81,14 @@ class RequestRouterTest : public testing::StoreFixture {
     LoginCapture login{loop, shell};
     std::shared_ptr<ToolsManager> tools = std::make_shared<ToolsManager>(
         ToolsManager::Services{.loop = loop, .pool = pool, .l10n = {}, .shell = shell, .loginCapture = login});
-    RequestRouter router{{.store = *store, .agents = agents, .tools = *tools}, {}, [this] { ++stops; }};
+    std::shared_ptr<HistoryService> history =
+        std::make_shared<HistoryService>(HistoryService::Services{.loop = loop,
+                                                                  .pool = pool,
+                                                                  .fileQueue = queue,
+                                                                  .home = folder.path(),
+                                                                  .indexPath = folder.path("history.json")});
+    RequestRouter router{
+        {.store = *store, .agents = agents, .tools = *tools, .history = *history}, {}, [this] { ++stops; }};
 };
 
 TEST_F(RequestRouterTest, AnswersWhatIsNoRequestWithAnError) {
@@ -324,6 +331,7 @@ TEST_F(RequestRouterTest, TheViewIsOpenedByWhoeverOffersOne) {
     RequestRouter offering{{.store = *store,
                             .agents = agents,
                             .tools = *tools,
+                            .history = *history,
                             .openView = [](HostContext& host, const JSONObject& arguments) -> Outcome {
                                 EXPECT_FALSE(host.connection.expired());
                                 return JsonValue{{"reason", arguments.string("project")}};

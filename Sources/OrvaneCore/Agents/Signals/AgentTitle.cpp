@@ -12,27 +12,23 @@ std::string_view mark(std::string_view title) {
     return Glyphs::first(title);
 }
 
-bool turns(std::string_view glyph) {
-    return Glyphs::isBraille(glyph) || Glyphs::isOneOf(glyph, {"◐", "◓", "◑", "◒", "◴", "◷", "◶", "◵"});
-}
-
 }  // namespace
 
 SilenceVerdict claude(std::string_view title) {
     const std::string_view glyph = mark(title);
-    if (turns(glyph)) return SilenceVerdict::working;
+    if (Glyphs::turns(glyph)) return SilenceVerdict::working;
     return glyph == "✳" ? SilenceVerdict::finished : SilenceVerdict::unknown;
 }
 
 SilenceVerdict codex(std::string_view title) {
     if (CodexSignals::isActionRequired(title)) return SilenceVerdict::needsUser;
-    return turns(mark(title)) ? SilenceVerdict::working : SilenceVerdict::unknown;
+    return Glyphs::turns(mark(title)) ? SilenceVerdict::working : SilenceVerdict::unknown;
 }
 
 SilenceVerdict gemini(std::string_view title) {
     const std::string_view glyph = mark(title);
     if (glyph == "✋" || title.contains("Action Required")) return SilenceVerdict::needsUser;
-    if (Glyphs::isOneOf(glyph, {"✦", "⏲"}) || turns(glyph)) return SilenceVerdict::working;
+    if (Glyphs::isOneOf(glyph, {"✦", "⏲"}) || Glyphs::turns(glyph)) return SilenceVerdict::working;
     return glyph == "◇" ? SilenceVerdict::finished : SilenceVerdict::unknown;
 }
 

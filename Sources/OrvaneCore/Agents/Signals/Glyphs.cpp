@@ -44,6 +44,10 @@ bool isBraille(std::string_view glyph) {
     return glyph >= "\u2800" && glyph <= "\u28FF";
 }
 
+bool turns(std::string_view glyph) {
+    return isBraille(glyph) || isOneOf(glyph, {"◐", "◓", "◑", "◒", "◴", "◷", "◶", "◵"});
+}
+
 bool isAsciiAlphanumeric(char byte) {
     return (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
 }

@@ -19,6 +19,7 @@ void dropBlanksAtEnd(std::string_view& text);
 
 bool isOneOf(std::string_view glyph, std::initializer_list<std::string_view> glyphs);
 bool isBraille(std::string_view glyph);  ///< the frames of most spinners
+bool turns(std::string_view glyph);      ///< before a title, while its program works
 bool isAsciiAlphanumeric(char byte);
 
 }  // namespace Glyphs

@@ -49,7 +49,7 @@ int run(ClientContext& client, const Arguments& arguments) {
 Outcome serve(HostContext& host, const JSONObject&) {
     boost::json::array rows;
     for (const auto& session : host.store.sessions())
-        rows.push_back(sessionJson(*session));
+        rows.push_back(sessionAndContextJson(*session));
     return JsonValue(std::move(rows));
 }
 

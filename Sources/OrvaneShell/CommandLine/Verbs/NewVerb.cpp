@@ -4,10 +4,10 @@
 
 #include "OrvaneShell/CommandLine/ClientContext.h"
 #include "OrvaneShell/CommandLine/Selection.h"
+#include "OrvaneShell/CommandLine/Verbs/SessionStart.h"
 #include "OrvaneShell/CommandLine/Verbs/TerminalArguments.h"
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
 #include "OrvaneShell/Terminal/OwnWindow.h"
-#include "OrvaneShell/Texts/SessionTexts.h"
 #include "TerminalEmulator/HeadlessTerminal.h"
 
 namespace orvane::Verbs {
@@ -74,19 +74,16 @@ Outcome serve(HostContext& host, const JSONObject& arguments) {
     if (folder && !std::filesystem::is_directory(*folder, error)) {
         return Refusal{.message = host.l10n.text("error.pathMissing", *folder)};
     }
-    SessionController* session = host.store.createSession({.kind = *kind,
-                                                           .project = *project,
-                                                           .command = arguments.optionalString("command"),
-                                                           .title = arguments.string("title"),
-                                                           .customAgent = *agent,
-                                                           .workingDirectory = folder,
-                                                           .targetLeaf = {}});
-    if (session == nullptr) return Refusal{.message = host.l10n.text("error.notStarted", rawValue(*kind))};
-    if (session->launchFailure()) {
-        const std::string why = SessionTexts::launchFailure(host.l10n, *session);
-        host.store.closeSession(session->id());
-        return Refusal{.code = "notStarted", .message = why};
-    }
+    const auto started = SessionStart::start(host.store, host.l10n,
+                                             {.kind = *kind,
+                                              .project = *project,
+                                              .command = arguments.optionalString("command"),
+                                              .title = arguments.string("title"),
+                                              .customAgent = *agent,
+                                              .workingDirectory = folder,
+                                              .targetLeaf = {}});
+    if (!started) return started.error();
+    SessionController* const session = *started;
     if (HeadlessTerminal* headless = session->terminal()) {
         Terminal& terminal = headless->terminal;
         const auto side = [&](const char* name, int present) {

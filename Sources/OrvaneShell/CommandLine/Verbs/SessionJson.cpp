@@ -2,6 +2,8 @@
 
 #include <boost/json.hpp>
 
+#include "Orvane/Agents/TerminalAgent.h"
+
 namespace orvane {
 
 JsonValue sessionJson(const SessionController& session) {
@@ -19,6 +21,17 @@ JsonValue sessionJson(const SessionController& session) {
         if (end.signal) row["signal"] = *end.signal;
     }
     return row;
+}
+
+JsonValue sessionAndContextJson(const SessionController& session) {
+    JsonValue json = sessionJson(session);
+    if (session.agent() == nullptr) return json;
+    boost::json::object& row = json.as_object();
+    if (const auto use = session.agent()->contextUse())
+        row["context"] = {{"used", use->used}, {"window", use->window}, {"fraction", use->fraction}};
+    const TranscriptWatch* transcript = session.agent()->transcript();
+    if (transcript != nullptr && transcript->path()) row["transcript"] = *transcript->path();
+    return json;
 }
 
 std::string statusText(const L10n& l10n, const JSONObject& session) {

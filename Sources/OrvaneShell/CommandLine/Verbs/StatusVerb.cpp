@@ -3,11 +3,11 @@
 
 #include "Orvane/Agents/TerminalAgent.h"
 #include "Orvane/Support/WallClock.h"
+#include "OrvaneCore/Support/SpanText.h"
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/CommandLine/Verbs/AgentArguments.h"
 #include "OrvaneShell/CommandLine/Verbs/SessionJson.h"
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
-#include "OrvaneShell/Texts/SessionTexts.h"
 
 namespace orvane::Verbs {
 
@@ -73,7 +73,7 @@ Outcome serve(HostContext& host, const JSONObject& arguments) {
     if (!found) return found.error();
     const SessionController& session = **found;
     const Date now = dateOf(host.store.loop().wallTime());
-    boost::json::object object = sessionJson(session).as_object();
+    boost::json::object object = sessionAndContextJson(session).as_object();
     const SessionController::Evidence& evidence = session.evidence();
     object["evidence"] = {{"source", rawValue(evidence.source)},
                           {"since", evidence.since.iso8601()},
@@ -114,7 +114,7 @@ void print(ClientContext& client, const JsonValue& result) {
     const JSONObject evidence = status.object("evidence");
     client.output << status.string("title") << ": " << statusText(l10n, status) << " ("
                   << l10n.text("status.evidence", l10n.text("evidence." + evidence.string("source")),
-                               SessionTexts::age(l10n, Seconds(evidence.number("age"))))
+                               spanText(l10n, Seconds(evidence.number("age"))))
                   << ")\n";
     if (status.contains("request")) printRequest(client, status.object("request"));
     printPrompts(client, status);
@@ -125,6 +125,13 @@ void print(ClientContext& client, const JsonValue& result) {
         if (!value.empty()) settings += (settings.empty() ? "" : ", ") + value;
     }
     if (!settings.empty()) client.output << settings << '\n';
+    if (status.contains("context")) {
+        const JSONObject context = status.object("context");
+        const auto percent = static_cast<int>(context.number("fraction") * 100);
+        client.output << l10n.text("status.context", context.integer("used"), context.integer("window"), percent)
+                      << '\n';
+    }
+    if (status.contains("transcript")) client.output << Text::oneLine(status.string("transcript")) << '\n';
 }
 
 int run(ClientContext& client, const Arguments& arguments) {

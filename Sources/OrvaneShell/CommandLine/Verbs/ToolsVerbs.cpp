@@ -1,9 +1,9 @@
-#include <algorithm>
 #include <boost/json.hpp>
 #include <ostream>
 
 #include "OrvaneShell/CommandLine/ClientContext.h"
 #include "OrvaneShell/CommandLine/Columns.h"
+#include "OrvaneShell/CommandLine/Verbs/ToolsTable.h"
 #include "OrvaneShell/CommandLine/Verbs/Verbs.h"
 #include "OrvaneShell/Host/HostContext.h"
 
@@ -14,86 +14,18 @@ namespace {
 using Failure = ToolsManager::Failure;
 using Order = ToolsManager::Order;
 
-const AgentTool* toolNamed(std::string_view id) {
-    const auto* const found = std::ranges::find(agentTools, id, &AgentTool::id);
-    return found == agentTools.end() ? nullptr : found;
-}
-
-void printTable(ClientContext& client, const JsonArray& rows) {
-    const L10n& l10n = client.l10n;
-    Columns columns;
-    columns.add({l10n.text("column.tool"), l10n.text("column.state"), l10n.text("column.version"),
-                 l10n.text("column.signedIn"), l10n.text("column.path")});
-    for (const JsonValue& row : rows) {
-        const JSONObject tool(row);
-        columns.add({tool.string("id"), l10n.text("tools.state." + tool.string("state")), tool.string("version", "-"),
-                     l10n.text("tools.auth." + tool.string("auth")), tool.string("path", "-")});
-    }
-    client.output << columns.text();
-}
-
-/// What to do about a tool that cannot be used yet; empty when nothing is.
-std::string hint(const JSONObject& row, bool hasNpm, const L10n& l10n) {
-    const AgentTool* tool = toolNamed(row.string("id"));
-    if (tool == nullptr) return {};
-    const std::string id(tool->id);
-    if (row.string("state") == "missing")
-        return hasNpm ? l10n.text("tools.hint.install", tool->displayName, "orvane tools install " + id) : "";
-    if (row.string("state") != "installed" || row.string("auth") != "notConnected") return {};
-    return tool->loginCommand ? l10n.text("tools.hint.login", tool->displayName, *tool->loginCommand)
-                              : l10n.text("tools.hint.start", tool->displayName, "orvane new " + id);
-}
-
-void printHints(ClientContext& client, const JsonArray& rows, bool hasNpm) {
-    std::string hints;
-    for (const JsonValue& row : rows) {
-        if (const std::string line = hint(JSONObject(row), hasNpm, client.l10n); !line.empty()) hints += line + '\n';
-    }
-    if (!hasNpm) hints += client.l10n.text("error.npmMissing") + '\n';
-    if (!hints.empty()) client.output << '\n' << hints;
-}
-
 int runTools(ClientContext& client, const Arguments& arguments) {
     const auto print = [&](const JsonValue& result) {
-        const JSONObject object(result);
-        const JsonArray& rows = object.array("tools");
-        if (arguments.has("json")) {
-            client.printJson(rows);
-        } else {
-            printTable(client, rows);
-            printHints(client, rows, object.boolean("npm", true));
-        }
-        if (!object.boolean("complete", true))
-            client.errors << client.l10n.text("tools.incomplete", object.string("shell")) << '\n';
+        const JSONObject found(result);
+        if (!arguments.has("json")) return ToolsTable::print(client, found);
+        client.printJson(found.array("tools"));
+        ToolsTable::printGaps(client, found);
     };
     return client.ask("tools", {}, print, HostStart::ifNeeded);
 }
 
-boost::json::object describe(const AgentTool& tool, const ToolsManager& tools) {
-    const std::string id(tool.id);
-    const ToolState& state = tools.states().at(id);
-    boost::json::object row{{"id", tool.id},
-                            {"name", tool.displayName},
-                            {"state", state.name()},
-                            {"auth", rawValue(tools.authStates().at(id))}};
-    const auto* installed = std::get_if<ToolState::Installed>(&state.value);
-    if (installed != nullptr && installed->version) row["version"] = *installed->version;
-    if (const auto path = tools.binaryPaths().find(id); path != tools.binaryPaths().end()) row["path"] = path->second;
-    return row;
-}
-
-JsonValue describe(const ToolsManager& tools, const std::string& shell) {
-    boost::json::array rows;
-    for (const AgentTool& tool : agentTools)
-        rows.push_back(describe(tool, tools));
-    return {{"tools", rows},
-            {"npm", tools.npmAvailable() ? JsonValue(*tools.npmAvailable()) : JsonValue()},
-            {"complete", tools.isComplete()},
-            {"shell", shell}};
-}
-
 Outcome serveTools(HostContext& host, const JSONObject&) {
-    host.tools.refresh([&tools = host.tools, answer = host.answer] { answer(describe(tools, tools.shell())); });
+    host.tools.refresh([&tools = host.tools, answer = host.answer] { answer(ToolsTable::describe(tools)); });
     return Later{};
 }
 
@@ -143,7 +75,7 @@ void streamInstall(HostContext& host) {
 
 /// A client that leaves does not stop the installation.
 Outcome serveInstall(HostContext& host, const JSONObject& arguments, Order order) {
-    const AgentTool* tool = toolNamed(arguments.string("tool"));
+    const AgentTool* tool = ToolsTable::toolNamed(arguments.string("tool"));
     if (tool == nullptr) {
         return Refusal{.code = "usage",
                        .message = host.l10n.text("error.notATool", arguments.string("tool"), toolNames())};
@@ -151,7 +83,7 @@ Outcome serveInstall(HostContext& host, const JSONObject& arguments, Order order
     if (const auto connection = host.connection.lock()) connection->beginStream();
     const auto ended = [tool, &tools = host.tools, l10n = host.l10n,
                         answer = host.answer](const std::expected<void, Failure>& result) {
-        if (result) return answer(JsonValue(describe(*tool, tools)));
+        if (result) return answer(ToolsTable::describe(*tool, tools));
         answer(Refusal{.message = message(result.error(), *tool, tools.shell(), l10n)});
     };
     host.tools.install(*tool, order, ended);

@@ -4,12 +4,14 @@
 #include "OrvaneCore/Support/ShellText.h"
 #include "OrvaneShell/View/Commands/ViewCommands.h"
 #include "OrvaneShell/View/Overlays/AnswerOverlay.h"
+#include "OrvaneShell/View/Overlays/ConversationsOverlay.h"
 #include "OrvaneShell/View/Overlays/ListOverlay.h"
 #include "OrvaneShell/View/Overlays/PromptOverlay.h"
 #include "OrvaneShell/View/Painting/ViewLook.h"
 #include "OrvaneShell/View/SessionMark.h"
 #include "OrvaneShell/View/SessionQuestion.h"
 #include "OrvaneShell/View/SidebarRows.h"
+#include "OrvaneShell/View/TracePanel.h"
 
 namespace orvane::SessionCommands {
 
@@ -137,6 +139,17 @@ void nextCall(ViewContext& view, const KeyEvent& /*key*/) {
     if (session == nullptr) return view.say(view.l10n.text("view.nobodyAsks"));
     view.zoomedLeaf.reset();
     view.store.selectSession(session->id());
+}
+
+void conversations(ViewContext& view, const KeyEvent& /*key*/) {
+    view.open(std::make_unique<ConversationsOverlay>(view));
+}
+
+void trace(ViewContext& view, const KeyEvent& /*key*/) {
+    const SessionController* session = view.focusedSession();
+    if (session == nullptr || !isAgent(session->identity().kind)) return view.say(view.l10n.text("view.trace.noAgent"));
+    const Uuid id = session->id();
+    if (view.tracePanels.erase(id) == 0) view.tracePanels.emplace(id, std::make_unique<TracePanel>());
 }
 
 void rename(ViewContext& view, const KeyEvent& /*key*/) {

@@ -26,6 +26,8 @@ void launch(ViewContext& view, const KeyEvent& key);
 void goTo(ViewContext& view, const KeyEvent& key);
 void answer(ViewContext& view, const KeyEvent& key);
 void nextCall(ViewContext& view, const KeyEvent& key);
+void conversations(ViewContext& view, const KeyEvent& key);
+void trace(ViewContext& view, const KeyEvent& key);
 void rename(ViewContext& view, const KeyEvent& key);
 /// Starts again in its pane what has ended there.
 void restart(ViewContext& view, SessionController& ended);

@@ -59,6 +59,11 @@ void ListOverlay::move(int by) {
     if (count > 0) chosen_ = static_cast<std::size_t>((static_cast<int>(chosen_) + by % count + count) % count);
 }
 
+void ListOverlay::moveWithinEnds(int by) {
+    const auto last = static_cast<int>(shown_.size()) - 1;
+    chosen_ = static_cast<std::size_t>(std::clamp(static_cast<int>(chosen_) + by, 0, std::max(0, last)));
+}
+
 ViewOverlay::Next ListOverlay::choose(ViewContext& view) {
     if (chosen_ >= shown_.size()) return Next::stays;
     // What is chosen may open another overlay, or change the workspace and so this list.
@@ -80,9 +85,7 @@ ViewOverlay::Next ListOverlay::key(ViewContext& view, const KeyEvent& key) {
     } else if (key.name == KeyName::down || key.name == KeyName::tab || (isControl && key.character == 'n')) {
         move(1);
     } else if (key.name == KeyName::pageUp || key.name == KeyName::pageDown) {
-        const auto last = static_cast<int>(shown_.size()) - 1;
-        const int page = std::max(1, rows_.rows) * (key.name == KeyName::pageUp ? -1 : 1);
-        chosen_ = static_cast<std::size_t>(std::clamp(static_cast<int>(chosen_) + page, 0, std::max(0, last)));
+        moveWithinEnds(std::max(1, rows_.rows) * (key.name == KeyName::pageUp ? -1 : 1));
     } else if (filter_.key(key)) {
         chosen_ = 0;
         narrow();
@@ -101,6 +104,11 @@ ViewOverlay::Next ListOverlay::click(ViewContext& view, int x, int y) {
     if (!rows_.contains(x, y) || row >= shown_.size()) return Next::stays;
     chosen_ = row;
     return choose(view);
+}
+
+bool ListOverlay::wheel(ViewContext& /*view*/, int /*x*/, int /*y*/, int rows) {
+    moveWithinEnds(rows);
+    return true;
 }
 
 ViewOverlay::Next ListOverlay::refresh(ViewContext& view) {

@@ -28,6 +28,7 @@ class ListOverlay final : public ViewOverlay {
     Next key(ViewContext& view, const KeyEvent& key) override;
     Next text(ViewContext& view, const std::string& pasted) override;
     Next click(ViewContext& view, int x, int y) override;
+    bool wheel(ViewContext& view, int x, int y, int rows) override;
     Next refresh(ViewContext& view) override;
     void dismissed(ViewContext& view) override;
     std::string hint(const ViewContext& view) const override;
@@ -38,6 +39,7 @@ class ListOverlay final : public ViewOverlay {
  private:
     void narrow();
     void move(int by);
+    void moveWithinEnds(int by);
     Next choose(ViewContext& view);
 
     std::string title_;

@@ -7,6 +7,7 @@
 #include "OrvaneShell/View/Painting/PaneTitle.h"
 #include "OrvaneShell/View/Painting/ViewLook.h"
 #include "OrvaneShell/View/Painting/WrappedText.h"
+#include "OrvaneShell/View/TracePanel.h"
 #include "TerminalEmulator/HeadlessTerminal.h"
 
 namespace orvane {
@@ -74,7 +75,11 @@ void PanePainter::paintTerminal(ViewContext& view, Canvas& canvas, const ViewLay
     const bool fits =
         terminal.cols() == std::max(pane.body.cols, Terminal::MINIMUM_COLS) && terminal.rows() == pane.body.rows;
     if (!fits) terminal.resize(pane.body.cols, pane.body.rows);
-    const std::pair shows(session.id(), pane.body);
+    TracePanel* panel = view.tracePanel(session.id());
+    const CellRect covered = panel == nullptr ? CellRect() : TracePanel::area(pane.body);
+    // What a panel covered cannot be kept either.
+    const std::pair shows(session.id(),
+                          CellRect{pane.body.x, pane.body.y, pane.body.cols - covered.cols, pane.body.rows});
     showsNow_[pane.leaf] = shows;
     const auto before = shown_.find(pane.leaf);
     const bool isKept =
@@ -83,11 +88,12 @@ void PanePainter::paintTerminal(ViewContext& view, Canvas& canvas, const ViewLay
     CanvasPen pen(canvas, pane.body);
     if (!isKept) pen.terminal(pane.body, terminal);
     if (view.selection.session() == session.id()) view.selection.paint(pen, pane.body, terminal);
+    if (panel != nullptr) panel->paint(view, canvas, covered, session);
     const bool isFocused = view.focusedLeaf() == pane.leaf;
     if (!isFocused || terminal.modes().cursorHidden || !HistoryMode::isAtNewest(terminal) || !session.isActive())
         return;
     const auto [x, y] = terminal.getCursorLocation();
-    if (x < pane.body.cols && y < pane.body.rows)
+    if (x < pane.body.cols - covered.cols && y < pane.body.rows)
         canvas.cursor = Canvas::Cursor{.x = pane.body.x + x, .y = pane.body.y + y, .style = terminal.cursorStyle()};
 }
 

@@ -5,6 +5,7 @@
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/CommandLine/Verbs/SessionJson.h"
 #include "OrvaneShell/View/Overlays/HistoryMode.h"
+#include "OrvaneShell/View/Painting/ContextGauge.h"
 #include "OrvaneShell/View/Painting/ViewLook.h"
 #include "OrvaneShell/View/SessionMark.h"
 #include "OrvaneShell/View/SessionQuestion.h"
@@ -41,18 +42,31 @@ int widthOf(const std::string& text) {
     return static_cast<int>(Text::displayWidth(text));
 }
 
-/// Between two columns of the row, at the right.
-void paintState(CanvasPen& pen, const State& state, const Attribute& look, int start, int end, int y) {
+/// Between two columns of the row, at the right. Returns where it begins.
+int paintState(CanvasPen& pen, const State& state, const Attribute& look, int start, int end, int y) {
     const int room = end - start - 2;  // a blank at both sides
     const std::string keys = state.keys.empty() || state.text.empty() ? state.keys : "  " + state.keys;
     const int textCols = std::max(0, std::min(room - widthOf(keys), widthOf(state.text)));
     const int width = std::min(room, textCols + widthOf(keys));
-    if (width <= 0) return;
+    if (width <= 0) return end;
     const int x = end - width - 1;
     pen.text(x - 1, y, " ", look);
     pen.text(x, y, state.text, look, textCols);
     pen.text(x + textCols, y, keys, look, width - textCols);
     pen.text(end - 1, y, " ", look);
+    return x - 1;
+}
+
+/// The longest form that leaves some of the line on both sides.
+void paintGauge(CanvasPen& pen, TerminalAgent& agent, const Attribute& line, int start, int end, int y) {
+    const ContextGauge::Facts facts = ContextGauge::of(agent);
+    const Attribute look = facts.isWarning() ? ViewLook::colored(ViewLook::yellow, ViewLook::Style::bold) : line;
+    for (const std::string& form : ContextGauge::forms(facts)) {
+        const int width = widthOf(form) + 2;
+        if (end - start < width + 2) continue;
+        pen.text(end - width - 1, y, " " + form + " ", look);
+        return;
+    }
 }
 
 }  // namespace
@@ -80,8 +94,10 @@ void paint(const ViewContext& view, CanvasPen& pen, const ViewLayout::Pane& pane
     if (view.zoomedLeaf == pane.leaf) put(view.l10n.text("view.pane.zoomed") + " ", ViewLook::key);
     put(historyPlace(*session), ViewLook::key);
     const bool isCalling = SessionQuestion::isAsked(*session);
-    paintState(pen, stateOf(view, *session),
-               isCalling ? ViewLook::colored(ViewLook::yellow, ViewLook::Style::bold) : line, x + 1, end, row.y);
+    const int left =
+        paintState(pen, stateOf(view, *session),
+                   isCalling ? ViewLook::colored(ViewLook::yellow, ViewLook::Style::bold) : line, x + 1, end, row.y);
+    if (session->agent() != nullptr) paintGauge(pen, *session->agent(), line, x, left, row.y);
 }
 
 }  // namespace orvane::PaneTitle
