@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -29,18 +30,16 @@ class Needle {
     bool isIn(std::string_view line) const { return findIn(line) != npos; }
 
  private:
-    static constexpr int frequency(char letter) {
-        constexpr std::string_view ofJson = "\":,{}\\";
-        constexpr std::string_view commonest = " etaoinsrl";
-        if (ofJson.contains(letter)) return 4;
-        if (commonest.contains(letter)) return 3;
-        return letter >= 'a' && letter <= 'z' ? 2 : 1;
+    /// The higher, the rarer in transcripts, which are prose and code in JSON.
+    static constexpr std::size_t rarity(char letter) {
+        constexpr std::string_view commonest = " etaoinsrhldcu\"m\\p:,fgywbvk_{}";
+        return std::min(commonest.find(letter), commonest.size());
     }
 
     constexpr std::size_t rarest(std::size_t exceptAt) const {
         std::size_t best = exceptAt == 0 ? 1 : 0;
         for (std::size_t at = 0; at < text_.size(); ++at) {
-            if (at != exceptAt && frequency(text_[at]) <= frequency(text_[best])) best = at;
+            if (at != exceptAt && rarity(text_[at]) >= rarity(text_[best])) best = at;
         }
         return best;
     }
