@@ -80,16 +80,17 @@ void ClaudeScanner::readMessage(std::string_view line, SessionScan::Part part) {
     if (!record) return readCut(line, part);
     const auto type = record->string("type");
     if (type != "user" && type != "assistant") return;
-    if (!scan_.isNew(RawLine::escapedText(line, R"("uuid":")").value_or(line))) return;
+    if (!scan_.isNew(record->string("uuid").value_or(line))) return;
     ++scan_.messages;
-    if (type == "assistant") return addUsage((*record)["message"], line);
+    if (type == "assistant") return addUsage((*record)["message"]);
     if (record->isTrue("isSidechain")) return;
     if (auto text = prompt(*record)) scan_.addPrompt(*std::move(text), RawLine::timestamp(line), part);
 }
 
 /// The blocks of one answer are records of their own and repeat its usage.
-void ClaudeScanner::addUsage(const TranscriptRecord& message, std::string_view line) {
-    if (message.string("id") && !scan_.isNew(RawLine::escapedText(line, R"("id":")").value_or(line))) return;
+void ClaudeScanner::addUsage(const TranscriptRecord& message) {
+    const auto id = message.string("id");
+    if (id && !scan_.isNew(*id)) return;
     const TranscriptRecord usage = message["usage"];
     for (const char* key : {"input_tokens", "output_tokens", "cache_creation_input_tokens", "cache_read_input_tokens"})
         scan_.addTokens(usage.integer(key));

@@ -16,7 +16,7 @@ class ClaudeScanner final : public SessionScanner {
  private:
     void readMessage(std::string_view line, SessionScan::Part part);
     void readCut(std::string_view line, SessionScan::Part part);
-    void addUsage(const TranscriptRecord& message, std::string_view line);
+    void addUsage(const TranscriptRecord& message);
 };
 
 }  // namespace orvane

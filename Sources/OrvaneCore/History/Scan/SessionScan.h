@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,12 +35,12 @@ struct SessionScan {
     void addPrompt(std::string text, std::optional<Date> at, Part part);
     /// A figure that is missing, or that no response can have used, does not count.
     void addTokens(std::optional<std::int64_t> count);
-    /// Whether an id, or a line that has none, comes for the first time. The view has to last as long as this does.
-    bool isNew(std::string_view idOrLine) { return seenLines_.insert(idOrLine).second; }
+    /// Whether an id, or a line that has none, comes for the first time.
+    bool isNew(std::string_view idOrLine) { return seenLines_.insert(std::hash<std::string_view>()(idOrLine)).second; }
 
  private:
     std::unordered_set<std::string> seenPrompts_;
-    std::unordered_set<std::string_view> seenLines_;
+    std::unordered_set<std::size_t> seenLines_;  ///< hashes: two of some hundred lines never share one in practice
 };
 
 }  // namespace orvane
