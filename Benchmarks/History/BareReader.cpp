@@ -43,6 +43,7 @@ std::size_t readEnds(const std::string& home, std::size_t threads) {
             bytes += readOne(paths[place], buffer);
     };
     std::vector<std::jthread> workers;
+    workers.reserve(threads);
     for (std::size_t thread = 0; thread < threads; ++thread)
         workers.emplace_back(work);
     workers.clear();

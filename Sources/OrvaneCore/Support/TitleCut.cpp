@@ -13,7 +13,7 @@ constexpr std::size_t bytesPerCharacter = 32;
 }  // namespace
 
 std::string titleCut(std::string_view text, std::size_t limit) {
-    const std::string line = Text::oneLine(text.substr(0, limit * bytesPerCharacter));
+    std::string line = Text::oneLine(text.substr(0, limit * bytesPerCharacter));
     if (Text::prefix(line, limit).size() == line.size()) return line;
     std::string_view kept = Text::prefix(line, limit == 0 ? 0 : limit - 1);
     const bool endsWithWord = line[kept.size()] == ' ';

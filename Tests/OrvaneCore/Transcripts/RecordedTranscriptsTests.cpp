@@ -4,28 +4,16 @@
 #include <array>
 #include <sstream>
 
-#include "OrvaneCore/Transcripts/ClaudeTranscript.h"
 #include "OrvaneCore/Transcripts/CodexMessage.h"
-#include "OrvaneCore/Transcripts/CodexTranscript.h"
 #include "OrvaneCore/Transcripts/Form/TranscriptForm.h"
-#include "OrvaneCore/Transcripts/GeminiTranscript.h"
+#include "OrvaneCore/Transcripts/ToolTrace.h"
+#include "OrvaneCore/Transcripts/TranscriptFeed.h"
+#include "OrvaneCore/Transcripts/TranscriptReader.h"
 #include "Support/Table.h"
 #include "TranscriptLines.h"
 
 namespace orvane {
 namespace {
-
-std::optional<TranscriptReading> reading(TranscriptProvider provider, std::span<const std::string_view> lines) {
-    switch (provider) {
-        case TranscriptProvider::claude:
-            return ClaudeTranscript::parse(lines);
-        case TranscriptProvider::codex:
-            return CodexTranscript::parse(lines);
-        case TranscriptProvider::gemini:
-            return GeminiTranscript::parse(lines);
-    }
-    return std::nullopt;
-}
 
 /// What a reader that trusts the form counts.
 struct Counts {
@@ -114,7 +102,7 @@ TEST_F(RecordedTranscripts, readAsAPersonReadsThem) {
         SCOPED_TRACE(name);
         const TranscriptLines file(recordedTranscript(name + ".jsonl"));
         const NormalizedLines lines = TranscriptForm::normalized(provider(name), file.lines);
-        const TranscriptReading told = reading(provider(name), lines).value_or(TranscriptReading());
+        const TranscriptReading told = TranscriptReader::read(provider(name), file.lines).value_or(TranscriptReading());
         EXPECT_EQ(shown(told.model), model);
         EXPECT_EQ(shown(told.contextUsed), context);
         EXPECT_EQ(shown(told.contextWindow), window);
@@ -127,6 +115,21 @@ TEST_F(RecordedTranscripts, readAsAPersonReadsThem) {
         EXPECT_EQ(std::to_string(counts.answers), answers);
         EXPECT_EQ(std::to_string(counts.tokens), tokens);
         EXPECT_TRUE(TranscriptForm::notUnderstood(provider(name), file.lines).empty());
+        const TraceSummary trace = ToolTrace::summarize(ToolTrace::events(file.lines, provider(name)), 0);
+        EXPECT_EQ(std::to_string(trace.total), tools);
+        EXPECT_EQ(std::to_string(trace.failures), failed);
+        EXPECT_EQ(trace.running, 0);
+        const auto feed = TranscriptFeed::entries(lines, provider(name), 1000);
+        using enum TranscriptFeed::Role;
+        const auto shownAs = [&](TranscriptFeed::Role role) {
+            return std::to_string(std::ranges::count_if(
+                feed, [&](const TranscriptFeed::Entry& entry) { return entry.role == role && !entry.tool; }));
+        };
+        EXPECT_EQ(shownAs(user), prompts);
+        EXPECT_EQ(shownAs(assistant), answers);
+        EXPECT_EQ(std::to_string(std::ranges::count_if(
+                      feed, [](const TranscriptFeed::Entry& entry) { return entry.tool.has_value(); })),
+                  tools);
     }
 }
 
@@ -145,7 +148,7 @@ TEST_F(RecordedTranscripts, thePhaseIsRightAtEveryMoment) {
         auto all = recordedTranscript(std::string(name) + ".jsonl");
         all.resize(count);
         const TranscriptLines file(std::move(all));
-        const auto told = reading(provider(name), TranscriptForm::normalized(provider(name), file.lines));
+        const auto told = TranscriptReader::read(provider(name), file.lines);
         return told ? told->phase : std::nullopt;
     };
     const auto running = AgentPhase::running;

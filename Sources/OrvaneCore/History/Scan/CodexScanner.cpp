@@ -1,5 +1,6 @@
 #include "OrvaneCore/History/Scan/CodexScanner.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 

@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Transcripts/CallTarget.h"
-#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 
 namespace orvane::TranscriptFeed {

@@ -23,7 +23,7 @@ FeedState::FeedState(int limit)
       keepCap_(static_cast<std::size_t>(std::clamp(limit, 0, maximumKeepCap))) {}
 
 std::string FeedState::id(const Origin& origin, std::string_view suffix) {
-    const std::string number = std::to_string(sequence_++);
+    std::string number = std::to_string(sequence_++);
     if (!suffix.empty()) return std::string(origin.recordId).append(suffix).append(number);
     if (origin.recordId.empty()) return number;
     std::string minted(origin.recordId);

@@ -5,10 +5,10 @@
 #include <string>
 #include <utility>
 
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Transcripts/CallTarget.h"
 #include "OrvaneCore/Transcripts/GeminiToolCall.h"
-#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Transcripts/Scan/OversizedLine.h"
 #include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 

@@ -29,7 +29,7 @@ std::optional<Message> enveloped(std::string_view text) {
                    .attachments = std::move(payload->attachments)};
 }
 
-std::vector<Message> handedOver(ConversationHandoff::Payload payload) {
+std::vector<Message> handedOver(const ConversationHandoff::Payload& payload) {
     std::vector<Message> all;
     for (const ConversationHandoff::Message& turn : payload.messages) {
         std::string text = TranscriptText::message(turn.text);
@@ -82,7 +82,7 @@ bool isOfAgent(std::string_view text) {
 
 std::vector<Message> messages(std::string_view text, CommandForm form) {
     const std::string_view spoken = withoutMode(text);
-    if (auto payload = ConversationHandoff::unpack(spoken)) return handedOver(std::move(*payload));
+    if (auto payload = ConversationHandoff::unpack(spoken)) return handedOver(*payload);
     if (auto message = enveloped(spoken)) return {std::move(*message)};
     std::string cleaned = TranscriptText::message(spoken);
     if (form == CommandForm::tag && isTaggedCommand(cleaned)) return taggedCommand(cleaned);

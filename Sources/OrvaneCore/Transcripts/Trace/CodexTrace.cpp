@@ -2,9 +2,9 @@
 
 #include <string>
 
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Transcripts/CallTarget.h"
 #include "OrvaneCore/Transcripts/CodexOutput.h"
-#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Transcripts/Scan/OversizedLine.h"
 #include "OrvaneCore/Transcripts/Scan/TranscriptText.h"
 

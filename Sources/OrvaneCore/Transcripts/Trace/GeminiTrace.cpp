@@ -2,9 +2,9 @@
 
 #include <string>
 
+#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Transcripts/CallTarget.h"
 #include "OrvaneCore/Transcripts/GeminiToolCall.h"
-#include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Transcripts/Scan/OversizedLine.h"
 
 namespace orvane::ToolTrace {
