@@ -269,6 +269,12 @@ TEST(WorkspaceModelTest, tabsFollowTheirWorktreeAndTheTitleOfTheirSession) {
     view.model.renameSurface(content('c'), " mine ");
     EXPECT_FALSE(view.model.titleChatSurface(content('s'), "newest"));
     EXPECT_EQ(view.model.surface(content('c'))->title + view.model.surface(content('p'))->title, "mineold");
+
+    view.model.recordChatTranscript(content('x'), {.transcriptPath = "/t/other", .provider = "claude"});
+    view.model.recordChatTranscript(content('s'), {.transcriptPath = "/t/1", .provider = "claude"});
+    ASSERT_EQ(view.model.surface(content('c'))->chatHistory.size(), 1U);
+    EXPECT_EQ(view.model.surface(content('c'))->chatHistory.front().transcriptPath, "/t/1");
+    EXPECT_TRUE(view.model.surface(content('p'))->chatHistory.empty());
 }
 
 }  // namespace
