@@ -9,6 +9,7 @@
 
 #include "OrvaneCore/Support/Needle.h"
 #include "OrvaneCore/Support/Text.h"
+#include "OrvaneCore/Support/TextWords.h"
 
 namespace orvane {
 
@@ -29,22 +30,10 @@ std::string foldedIn(std::string_view locale, std::string_view text) {
     return Text::folded(dotted);
 }
 
-std::vector<std::string> wordsOf(std::string_view text) {
-    constexpr std::string_view blank = " ";
-    const std::string line = Text::oneLine(text);
-    std::vector<std::string> words;
-    for (std::size_t at = 0; at < line.size();) {
-        const auto end = std::min(line.find(blank, at), line.size());
-        if (end > at) words.push_back(line.substr(at, end - at));
-        at = end + 1;
-    }
-    return words;
-}
-
 }  // namespace
 
 struct HistorySearch::Words {
-    explicit Words(std::string text) : folded(std::move(text)), each(wordsOf(folded)) {
+    explicit Words(std::string text) : folded(std::move(text)), each(textWords(folded)) {
         for (const std::string& word : each)
             needles.emplace_back(word);
         if (each.size() > 1) phrase.emplace(folded);

@@ -51,6 +51,7 @@ const std::vector<ViewCommand>& table() {
         {Group::projects, {"O"}, {}, "view.command.openProject", ProjectCommands::open},
         {Group::projects, {"R"}, {}, "view.command.renameProject", ProjectCommands::rename},
         {Group::projects, {"f"}, {}, "view.command.foldProject", ProjectCommands::fold},
+        {Group::view, {":"}, {}, "view.command.palette", FrameCommands::palette},
         {Group::view, {"b"}, {}, "view.command.sidebar", FrameCommands::toggleSidebar},
         {Group::view, {"d"}, {}, "view.command.detach", FrameCommands::detach},
         {Group::view, {"Q"}, {}, "view.command.quit", FrameCommands::quit},

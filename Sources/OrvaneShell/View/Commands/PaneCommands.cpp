@@ -63,6 +63,8 @@ ListOverlay::Item layoutItem(std::string label, std::string detail, const PaneNo
             }};
 }
 
+}  // namespace
+
 std::vector<ListOverlay::Item> layoutItems(const ViewContext& view) {
     std::vector<ListOverlay::Item> items;
     items.reserve(std::size(PaneLayout::all) + view.store.workspace().templates.size() + 1);
@@ -73,8 +75,6 @@ std::vector<ListOverlay::Item> layoutItems(const ViewContext& view) {
     items.push_back({.label = view.l10n.text("view.layouts.save"), .choose = saveLayout});
     return items;
 }
-
-}  // namespace
 
 void splitColumns(ViewContext& view, const KeyEvent& /*key*/) {
     split(view, PaneAxis::horizontal);

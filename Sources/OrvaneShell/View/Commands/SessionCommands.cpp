@@ -78,6 +78,20 @@ std::vector<Item> launchItems(const ViewContext& view) {
     return items;
 }
 
+/// Of the sessions that need the user the most urgent, after the one that has the focus.
+SessionController* mostUrgent(const ViewContext& view) {
+    const SessionController* focused = view.focusedSession();
+    SessionController* first = nullptr;
+    for (const SidebarRow& row : SidebarRow::of(view.store, view.now(), SidebarRow::Folded::shown)) {
+        SessionController* session = row.session ? view.store.session(*row.session) : nullptr;
+        if (session == nullptr || !SidebarRow::needsUser(*session) || session == focused) continue;
+        if (first == nullptr || session->evidence().since < first->evidence().since) first = session;
+    }
+    return first;
+}
+
+}  // namespace
+
 std::vector<Item> destinations(const ViewContext& view) {
     std::vector<Item> items;
     for (const SidebarRow& row : SidebarRow::of(view.store, view.now(), SidebarRow::Folded::shown)) {
@@ -98,20 +112,6 @@ std::vector<Item> destinations(const ViewContext& view) {
     }
     return items;
 }
-
-/// Of the sessions that need the user the most urgent, after the one that has the focus.
-SessionController* mostUrgent(const ViewContext& view) {
-    const SessionController* focused = view.focusedSession();
-    SessionController* first = nullptr;
-    for (const SidebarRow& row : SidebarRow::of(view.store, view.now(), SidebarRow::Folded::shown)) {
-        SessionController* session = row.session ? view.store.session(*row.session) : nullptr;
-        if (session == nullptr || !SidebarRow::needsUser(*session) || session == focused) continue;
-        if (first == nullptr || session->evidence().since < first->evidence().since) first = session;
-    }
-    return first;
-}
-
-}  // namespace
 
 void launch(ViewContext& view, const KeyEvent& /*key*/) {
     if (!view.project()) return ProjectCommands::open(view, {});

@@ -1,4 +1,6 @@
+#include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Workspace/SurfaceList.h"
+#include "OrvaneCore/Workspace/SurfaceTabs.h"
 #include "OrvaneShell/View/Commands/ViewCommands.h"
 #include "OrvaneShell/View/Overlays/ConfirmOverlay.h"
 #include "OrvaneShell/View/Overlays/ListOverlay.h"
@@ -25,6 +27,22 @@ void walk(ViewContext& view, int offset) {
 }
 
 }  // namespace
+
+std::vector<ListOverlay::Item> tabItems(const ViewContext& view) {
+    std::vector<ListOverlay::Item> items;
+    for (const Project& project : view.store.workspace().projects) {
+        for (const SurfaceMeta& meta : view.store.workspace().visibleSurfaces(project.id)) {
+            items.push_back({.label = Text::oneLine(
+                                 SurfaceTabs::title(meta.title, meta.payload, view.l10n.text("shell.tab.workspace"))),
+                             .detail = project.name,
+                             .choose = [project = project.id, surface = meta.id](ViewContext& with) {
+                                 if (with.project() != project) with.store.selectProject(project);
+                                 show(with, surface);
+                             }});
+        }
+    }
+    return items;
+}
 
 void open(ViewContext& view, const KeyEvent& /*key*/) {
     const auto project = view.project();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "OrvaneShell/View/Input/InputEvent.h"
+#include "OrvaneShell/View/Overlays/ListOverlay.h"
 #include "OrvaneShell/View/ViewContext.h"
 
 /// The commands of the keyboard; the key is the one that was typed behind the leader.
@@ -19,6 +20,7 @@ void layouts(ViewContext& view, const KeyEvent& key);
 void history(ViewContext& view, const KeyEvent& key);
 void search(ViewContext& view, const KeyEvent& key);
 void close(ViewContext& view, const KeyEvent& key);
+std::vector<ListOverlay::Item> layoutItems(const ViewContext& view);
 }  // namespace PaneCommands
 
 namespace SessionCommands {
@@ -29,6 +31,8 @@ void nextCall(ViewContext& view, const KeyEvent& key);
 void conversations(ViewContext& view, const KeyEvent& key);
 void trace(ViewContext& view, const KeyEvent& key);
 void rename(ViewContext& view, const KeyEvent& key);
+/// All projects and sessions.
+std::vector<ListOverlay::Item> destinations(const ViewContext& view);
 /// Starts again in its pane what has ended there.
 void restart(ViewContext& view, SessionController& ended);
 }  // namespace SessionCommands
@@ -40,6 +44,8 @@ void previous(ViewContext& view, const KeyEvent& key);
 void select(ViewContext& view, const KeyEvent& key);
 void rename(ViewContext& view, const KeyEvent& key);
 void close(ViewContext& view, const KeyEvent& key);
+/// All tabs of all projects.
+std::vector<ListOverlay::Item> tabItems(const ViewContext& view);
 /// The tabs that have no room in the strip.
 void showHidden(ViewContext& view);
 }  // namespace TabCommands
@@ -57,6 +63,8 @@ void toggleSidebar(ViewContext& view, const KeyEvent& key);
 void detach(ViewContext& view, const KeyEvent& key);
 void quit(ViewContext& view, const KeyEvent& key);
 void help(ViewContext& view, const KeyEvent& key);
+/// Everything that can be done or gone to, found by typing.
+void palette(ViewContext& view, const KeyEvent& key);
 /// The dialog for a quit that waits for its answer, whoever asked for it.
 void askToQuit(ViewContext& view);
 /// The dialog for a session whose closing waits for its answer.

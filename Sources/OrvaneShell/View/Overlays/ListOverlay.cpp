@@ -18,16 +18,22 @@ constexpr int mostRows = 18;
 }  // namespace
 
 ListOverlay::ListOverlay(const ViewContext& view, std::string title, Source source)
-    : title_(std::move(title)), source_(std::move(source)), items_(source_(view)) {
+    : title_(std::move(title)), source_(std::move(source)) {
+    take(source_(view));
+}
+
+void ListOverlay::take(std::vector<Item> items) {
+    items_ = std::move(items);
+    std::vector<std::string> texts;
+    texts.reserve(items_.size());
+    for (const Item& item : items_)
+        texts.push_back(item.label + " " + item.detail);
+    ranking_ = FuzzyRanking(texts);
     narrow();
 }
 
 void ListOverlay::narrow() {
-    const std::string needle = Text::folded(filter_.text());
-    shown_.clear();
-    for (std::size_t i = 0; i < items_.size(); ++i) {
-        if (Text::containsFolded(items_[i].label + " " + items_[i].detail, needle)) shown_.push_back(i);
-    }
+    shown_ = ranking_.find(filter_.text());
     chosen_ = std::min(chosen_, shown_.empty() ? 0 : shown_.size() - 1);
 }
 
@@ -112,8 +118,7 @@ bool ListOverlay::wheel(ViewContext& /*view*/, int /*x*/, int /*y*/, int rows) {
 }
 
 ViewOverlay::Next ListOverlay::refresh(ViewContext& view) {
-    items_ = source_(view);
-    narrow();
+    take(source_(view));
     return Next::stays;
 }
 

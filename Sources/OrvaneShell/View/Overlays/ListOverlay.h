@@ -4,13 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "OrvaneCore/Support/FuzzyRanking.h"
 #include "OrvaneShell/View/CellRect.h"
 #include "OrvaneShell/View/Overlays/LineEditor.h"
 #include "OrvaneShell/View/ViewOverlay.h"
 
 namespace orvane {
 
-/// A list to choose from; what is typed narrows it.
+/// A list to choose from; what is typed narrows it, the best match first.
 class ListOverlay final : public ViewOverlay {
  public:
     struct Item {
@@ -37,6 +38,7 @@ class ListOverlay final : public ViewOverlay {
     std::function<void(ViewContext&)> onGone;
 
  private:
+    void take(std::vector<Item> items);
     void narrow();
     void move(int by);
     void moveWithinEnds(int by);
@@ -45,6 +47,7 @@ class ListOverlay final : public ViewOverlay {
     std::string title_;
     Source source_;
     std::vector<Item> items_;
+    FuzzyRanking ranking_{{}};        ///< of `items_`
     std::vector<std::size_t> shown_;  ///< of `items_`
     std::size_t chosen_ = 0;          ///< in `shown_`
     std::size_t first_ = 0;           ///< in `shown_`, in the topmost row
