@@ -69,10 +69,17 @@ void AgentStatusWatch::noteInput(std::string_view bytes) {
         agentPhase_ = AgentPhase::running;
     }
     if (submits || session_.identity().kind == SessionKind::claude || DialogAnswer::closesDialog(bytes)) noteAnswer();
+    // Of what could not be told to be a prompt a Return is one as likely as not.
+    if (!submits && bytes.contains('\r') && onInteraction) onInteraction();
     if (!submits) return;
-    userHasInteracted_ = true;
+    noteInteraction();
     lastSubmissionAt_ = wallNow();
     session_.setStatus({SessionStatus::Working{}}, StatusSource::input);
+}
+
+void AgentStatusWatch::noteInteraction() {
+    userHasInteracted_ = true;
+    if (onInteraction) onInteraction();
 }
 
 void AgentStatusWatch::notePhase(AgentPhase phase, Date writtenAt) {
@@ -154,7 +161,7 @@ void AgentStatusWatch::readHooks() {
     hookEventsSeen_ = hookEventsArrived_ = true;
     hookPhase_ = ClaudeHookFeed::phase(events, hookPhase_);
     // Its command line may have given it the first prompt.
-    if (std::ranges::find(events, ClaudeHookEvent::prompt) != events.end()) userHasInteracted_ = true;
+    if (std::ranges::find(events, ClaudeHookEvent::prompt) != events.end()) noteInteraction();
 }
 
 void AgentStatusWatch::readStatusFile() {
@@ -226,7 +233,7 @@ void AgentStatusWatch::decide() {
     const StatusDecision decision = StatusDecision::decide(look());
     hasNews_ = false;
     waitingEvidenceMisses_ = decision.waitingEvidenceMisses;
-    if (decision.provesInteraction) userHasInteracted_ = true;
+    if (decision.provesInteraction) noteInteraction();
     if (!decision.status) return;
     if (std::holds_alternative<SessionStatus::Waiting>(decision.status->value)) noteAskedAnew();
     session_.setStatus(*decision.status, decision.source);

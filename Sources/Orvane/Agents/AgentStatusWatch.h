@@ -44,7 +44,9 @@ class AgentStatusWatch {
     /// The conversation begins anew.
     void forget();
     /// Somebody has given it something to do.
-    void noteInteraction() { userHasInteracted_ = true; }
+    void noteInteraction();
+    /// Runs whenever that is so.
+    std::function<void()> onInteraction;
 
     /// Looks now, as every interval.
     void tick();

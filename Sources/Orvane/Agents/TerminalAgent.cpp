@@ -4,8 +4,8 @@
 #include "OrvaneCore/Agents/AgentCommand.h"
 #include "OrvaneCore/Agents/ContextWindowBudget.h"
 #include "OrvaneCore/Agents/PromptTyping.h"
+#include "OrvaneCore/Agents/ResumeIntent.h"
 #include "OrvaneCore/Agents/Signals/ClaudeModelSwitch.h"
-#include "OrvaneCore/History/SessionHistory.h"
 #include "OrvaneCore/Support/Text.h"
 
 namespace orvane {
@@ -50,13 +50,18 @@ void TerminalAgent::followTranscript() {
     const SessionController::Identity& identity = session_.identity();
     const auto provider = transcriptProvider(identity.kind);
     if (!transcripts_ || !provider) return;
+    const ResumeIntent intent = ResumeIntent::of(identity.command.value_or(""));
     std::optional<std::string> id = session_.forcedTranscriptID();
-    if (!id && identity.command) id = SessionHistory::resumeIdentifier(*identity.command);
+    if (!id) id = intent.id;
+    watch_.onInteraction = [this] {
+        if (transcript_ != nullptr) transcript_->notePrompt();
+    };
     transcript_ = std::make_unique<TranscriptWatch>(session_.id(),
                                                     SessionTelemetry{.kind = *provider,
                                                                      .projectPath = identity.projectPath,
                                                                      .startedAt = identity.startedAt,
-                                                                     .resumeID = std::move(id)},
+                                                                     .resumeID = std::move(id),
+                                                                     .mayContinueOlder = intent.continuesOlder},
                                                     loop_, *transcripts_,
                                                     [this](TranscriptWatch::News news) { noteTranscript(news); });
     transcript_->start();
@@ -64,8 +69,11 @@ void TerminalAgent::followTranscript() {
 
 void TerminalAgent::noteTranscript(TranscriptWatch::News news) {
     const TranscriptReading& reading = transcript_->reading();
-    controls_.noteTranscript(reading.model, reading.permissionMode);
-    if (reading.phase) watch_.notePhase(*reading.phase, transcript_->writtenAt());
+    // What a conversation ran with when it was left is not what it runs with now.
+    if (transcript_->writtenAt() >= session_.identity().startedAt) {
+        controls_.noteTranscript(reading.model, reading.permissionMode);
+        if (reading.phase) watch_.notePhase(*reading.phase, transcript_->writtenAt());
+    }
     session_.noteTranscript(news);
 }
 

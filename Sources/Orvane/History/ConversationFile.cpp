@@ -17,6 +17,8 @@ namespace orvane::ConversationFile {
 namespace {
 
 constexpr std::size_t readSize = std::size_t{256} << 10;
+/// Gemini repeats the conversation within its file; what is repeated is found in one piece only.
+constexpr std::size_t wholeBytes = std::size_t{256} << 20;
 /// Of a line that does not fit into a block. Readers look at less of it.
 constexpr std::size_t keptEnd = std::size_t{64} << 10;
 
@@ -98,7 +100,8 @@ std::expected<std::vector<TranscriptFeed::Entry>, SystemError> entries(const std
                                                                        TranscriptProvider provider, int limit,
                                                                        const std::stop_token& stop) {
     TranscriptFeed::Reader reader(provider, limit);
-    const auto done = readLines(path, blockBytes, [&](Lines lines) {
+    const std::size_t blockSize = provider == TranscriptProvider::gemini ? wholeBytes : blockBytes;
+    const auto done = readLines(path, blockSize, [&](Lines lines) {
         const NormalizedLines form = TranscriptForm::normalized(provider, lines);
         for (const std::string_view line : form.lines())
             reader.take(line);

@@ -34,19 +34,25 @@ HistoryService::~HistoryService() {
 }
 
 void HistoryService::setSearchText(std::string text) {
-    if (std::exchange(input_.text, std::move(text)) != input_.text) recompute();
+    if (std::exchange(input_.text, std::move(text)) != input_.text) beginList();
 }
 
 void HistoryService::setProviderFilter(std::set<TranscriptProvider> providers) {
-    if (std::exchange(input_.providers, std::move(providers)) != input_.providers) recompute();
+    if (std::exchange(input_.providers, std::move(providers)) != input_.providers) beginList();
 }
 
 void HistoryService::setProjectFilter(std::optional<std::string> project) {
-    if (std::exchange(input_.project, std::move(project)) != input_.project) recompute();
+    if (std::exchange(input_.project, std::move(project)) != input_.project) beginList();
 }
 
 void HistoryService::setSort(SessionHistory::Sort sort) {
-    if (std::exchange(input_.sort, sort) != sort) recompute();
+    if (std::exchange(input_.sort, sort) != sort) beginList();
+}
+
+/// Of another list nobody has asked for more than its beginning.
+void HistoryService::beginList() {
+    input_.limit = page;
+    recompute();
 }
 
 void HistoryService::loadMore() {

@@ -92,6 +92,7 @@ class HistoryService : public std::enable_shared_from_this<HistoryService> {
 
     void walk();
     void take(News news);
+    void beginList();
     void recompute();
     ComputeInput stamped(ComputeInput input) const;
 

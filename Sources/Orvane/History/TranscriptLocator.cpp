@@ -1,6 +1,7 @@
 #include "Orvane/History/TranscriptLocator.h"
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <functional>
 #include <string_view>
@@ -11,6 +12,8 @@
 #include "OrvaneCore/Support/Paths.h"
 #include "OrvaneCore/Transcripts/ClaudeTranscript.h"
 #include "OrvaneCore/Transcripts/CodexTranscript.h"
+#include "OrvaneCore/Transcripts/ConversationID.h"
+#include "OrvaneCore/Transcripts/Form/TranscriptForm.h"
 #include "OrvaneCore/Transcripts/GeminiTranscript.h"
 #include "OrvaneCore/Transcripts/TranscriptRecord.h"
 #include "Platform/Files.h"
@@ -23,7 +26,6 @@ namespace fs = std::filesystem;
 
 /// File systems and agents round their times.
 constexpr Seconds clockSlack{2};
-/// An agent that is resumed goes on in a file of any day; a new session's is of the day it began.
 constexpr std::size_t registryLimit = std::size_t{4} << 20;
 
 struct Candidate {
@@ -56,7 +58,8 @@ Date startOf(const std::vector<std::string_view>& head, Date fallback) {
         const auto record = parser.parse(line);
         if (!record) continue;
         const TranscriptRecord payload = (*record)["payload"];
-        for (const auto& text : {payload.string("timestamp"), record->string("startTime"), record->string("timestamp")})
+        // Codex tells the time of its start in the payload, and writes the file with the first prompt.
+        for (const auto& text : {record->string("timestamp"), payload.string("timestamp"), record->string("startTime")})
             if (const auto date = text ? Date::parseIso8601(*text) : std::nullopt) return *date;
     }
     return fallback;
@@ -81,15 +84,22 @@ std::vector<std::string> claudeFolders(const SessionTelemetry& telemetry, const 
     return folders;
 }
 
-/// `~/.codex/sessions/YYYY/MM/DD`, the newest first.
-std::vector<std::string> codexFolders(const std::string& home) {
+/// `~/.codex/sessions/YYYY/MM/DD`, the newest first. A conversation that is taken up goes on in a file of any day; a
+/// new one's is of the day on which it began, wherever on earth that was.
+std::vector<std::string> codexFolders(const SessionTelemetry& telemetry, const std::string& home) {
+    constexpr Seconds day{24 * 60 * 60};
+    const bool isNew = !telemetry.resumeID && !telemetry.mayContinueOlder;
+    std::string first = isNew ? (telemetry.beginning() - day).iso8601().substr(0, 10) : std::string();
+    std::ranges::replace(first, '-', '/');
+    const std::string root = joinedPath(home, ".codex/sessions");
     std::vector<std::string> folders;
     std::error_code error;
-    fs::recursive_directory_iterator entry(joinedPath(home, ".codex/sessions"), error);
+    fs::recursive_directory_iterator entry(root, fs::directory_options::skip_permission_denied, error);
     for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
         if (!entry->is_directory(error)) continue;
         if (entry.depth() == 2) entry.disable_recursion_pending();
-        folders.push_back(entry->path());
+        const std::string path = entry->path();
+        if (entry.depth() != 2 || path.substr(root.size() + 1) >= first) folders.push_back(path);
     }
     std::ranges::sort(folders, std::greater());
     return folders;
@@ -117,7 +127,7 @@ std::vector<std::string> foldersOf(const SessionTelemetry& telemetry, const std:
         case TranscriptProvider::claude:
             return claudeFolders(telemetry, home);
         case TranscriptProvider::codex:
-            return codexFolders(home);
+            return codexFolders(telemetry, home);
         case TranscriptProvider::gemini:
             return geminiFolders(telemetry, home);
     }
@@ -135,7 +145,8 @@ bool belongs(const SessionTelemetry& telemetry, const std::vector<std::string_vi
     switch (telemetry.kind) {
         case TranscriptProvider::claude:
             // Its folder is the project's already.
-            return !telemetry.expectsSuccessor || ClaudeTranscript::isClearSuccessor(head);
+            return !telemetry.expectsSuccessor ||
+                   ClaudeTranscript::isClearSuccessor(TranscriptForm::normalized(telemetry.kind, head));
         case TranscriptProvider::codex:
             return CodexTranscript::belongsToProject(head, telemetry.projectPath) ||
                    CodexTranscript::belongsToProject(head, realPath(telemetry.projectPath));
@@ -146,15 +157,18 @@ bool belongs(const SessionTelemetry& telemetry, const std::vector<std::string_vi
     return false;
 }
 
-/// Begun since the session was, the first of them; else the one that was written to last, for a session may go on with
-/// an older conversation.
+/// Begun since the session was: the one whose beginning is nearest to what the session was last asked. Else, when the
+/// session goes on with an older conversation, the one that was written to last.
 std::optional<std::string> best(std::vector<Candidate> candidates, const SessionTelemetry& telemetry) {
     const auto isNew = [&](const Candidate& each) { return each.startedAt + clockSlack >= telemetry.beginning(); };
+    const Date asked = telemetry.promptedAt.value_or(telemetry.beginning());
+    const auto distance = [&](const Candidate& each) { return std::abs((each.startedAt - asked).count()); };
     const auto old = std::ranges::partition(candidates, isNew);
-    const auto first = std::ranges::min_element(candidates.begin(), old.begin(), {}, &Candidate::startedAt);
-    if (first != old.begin()) return first->path;
+    const auto nearest = std::ranges::min_element(candidates.begin(), old.begin(), {}, distance);
+    if (nearest != old.begin()) return nearest->path;
     const auto newest = std::ranges::max_element(old, {}, &Candidate::modifiedAt);
-    return newest == old.end() || telemetry.expectsSuccessor ? std::nullopt : std::optional(newest->path);
+    const bool isOlderMeant = telemetry.mayContinueOlder && !telemetry.expectsSuccessor;
+    return newest == old.end() || !isOlderMeant ? std::nullopt : std::optional(newest->path);
 }
 
 /// By the name of the file, which for Claude is the id, and for Codex ends in it; Gemini's has eight characters of it.
@@ -166,9 +180,13 @@ std::optional<std::string> named(const SessionTelemetry& telemetry, const std::s
         return GeminiTranscript::isSessionFile(name) && name.contains(id.substr(0, shownByGemini));
     };
     std::vector<Candidate> candidates;
-    std::vector<std::string> folders = foldersOf(telemetry, home);
-    for (const std::string& folder : folders)
+    for (const std::string& folder : foldersOf(telemetry, home))
         collect(folder, Date{}, isMeant, candidates);
+    TranscriptEnds ends;
+    std::erase_if(candidates, [&](const Candidate& each) {
+        return telemetry.kind == TranscriptProvider::gemini &&
+               (!ends.read(each.path) || conversationID(telemetry.kind, each.path, ends.head()) != id);
+    });
     const auto newest = std::ranges::max_element(candidates, {}, &Candidate::modifiedAt);
     return newest == candidates.end() ? std::nullopt : std::optional(newest->path);
 }
@@ -177,7 +195,10 @@ std::optional<std::string> named(const SessionTelemetry& telemetry, const std::s
 
 std::optional<std::string> find(const SessionTelemetry& telemetry, const std::string& home,
                                 const std::set<std::string>& taken) {
-    if (telemetry.resumeID && !telemetry.expectsSuccessor) return named(telemetry, home, *telemetry.resumeID);
+    if (telemetry.resumeID && !telemetry.expectsSuccessor) {
+        auto path = named(telemetry, home, *telemetry.resumeID);
+        return path && taken.contains(*path) ? std::nullopt : path;
+    }
     const auto isMeant = [&](const std::string& name) { return isTranscriptName(telemetry.kind, name); };
     std::vector<Candidate> found;
     for (const std::string& folder : foldersOf(telemetry, home))

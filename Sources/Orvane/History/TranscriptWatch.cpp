@@ -1,5 +1,6 @@
 #include "Orvane/History/TranscriptWatch.h"
 
+#include <exception>
 #include <filesystem>
 #include <utility>
 
@@ -50,8 +51,7 @@ struct TranscriptWatch::Look {
         const auto found = isSearching ? TranscriptLocator::find(telemetry, home, taken) : std::nullopt;
         if (found && found != telemetry.boundURL) {
             telemetry.bind(*found);
-            TranscriptEnds ends;
-            if (ends.read(*found)) telemetry.resumeID = orvane::conversationID(telemetry.kind, *found, ends.head());
+            telemetry.resumeID.reset();
             tail.reset();
             isNewFile = true;
         }
@@ -60,6 +60,10 @@ struct TranscriptWatch::Look {
         change = tail->check();
         telemetry.lastSize = tail->size();
         telemetry.lastModified = tail->modifiedAt();
+        TranscriptEnds ends;
+        if (!telemetry.resumeID && ends.read(*telemetry.boundURL)) {
+            telemetry.resumeID = orvane::conversationID(telemetry.kind, *telemetry.boundURL, ends.head());
+        }
         const bool hasNews = change == TranscriptTail::Change::grown || change == TranscriptTail::Change::replaced;
         if (hasNews) reading = TranscriptReader::read(telemetry.kind, tail->lines());
     }
@@ -87,6 +91,12 @@ void TranscriptWatch::stop() {
     folder_.reset();
     // The last words of a program that ends are of use to whoever reads its history.
     tick();
+    // Another session may go on with the conversation.
+    files_.bindings->release(session_);
+}
+
+void TranscriptWatch::notePrompt() {
+    prompt_ = wallNow(loop_);
 }
 
 void TranscriptWatch::noteClear() {
@@ -102,6 +112,7 @@ void TranscriptWatch::tick() {
         isWantedAgain_ = true;
         return;
     }
+    if (const auto prompted = std::exchange(prompt_, std::nullopt)) telemetry_.notePrompt(*prompted);
     Look look{.telemetry = telemetry_,
               .home = files_.home,
               .taken = files_.bindings->ofOthers(session_),
@@ -111,7 +122,12 @@ void TranscriptWatch::tick() {
     runInBackground(
         *files_.pool, loop_,
         [look = std::move(look)]() mutable {
-            look.run();
+            try {
+                look.run();
+            } catch (const std::exception&) {
+                // Out of memory over a file of somebody else: the next look may do better.
+                look.reading.reset();
+            }
             return std::move(look);
         },
         [this, alive = std::weak_ptr(isAlive_)](Look done) {
@@ -124,15 +140,22 @@ void TranscriptWatch::take(Look look) {
     // Cleared meanwhile: it has looked at what is over now.
     const bool isCurrent = look.clears == clears_;
     if (isCurrent && (!look.isNewFile || files_.bindings->claim(session_, *look.telemetry.boundURL))) {
-        if (look.isNewFile) reading_ = {};
+        if (look.isNewFile) {
+            reading_ = {};
+            isFileUntold_ = true;
+        }
         telemetry_ = std::move(look.telemetry);
         tail_ = std::move(look.tail);
         if (telemetry_.boundURL && timer_) follow(*telemetry_.boundURL);
-        if (look.reading) {
+        // Of a conversation that was cleared nothing is of interest any more.
+        if (look.reading && !telemetry_.expectsSuccessor) {
             reading_ = joined(*std::move(look.reading), reading_);
             ++revision_;
-            onGrowth_(look.isNewFile ? News::anotherFile : News::grown);
+        } else {
+            look.reading.reset();
         }
+        const News news = std::exchange(isFileUntold_, false) ? News::anotherFile : News::grown;
+        if (look.reading || news == News::anotherFile) onGrowth_(news);
     }
     if (std::exchange(isWantedAgain_, false)) tick();
 }

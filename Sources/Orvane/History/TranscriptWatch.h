@@ -44,6 +44,8 @@ class TranscriptWatch {
     void start();
     /// No more looks; what the last one told stays.
     void stop();
+    /// The agent is given something to do.
+    void notePrompt();
     /// The conversation begins anew.
     void noteClear();
     /// Looks soon, as every interval.
@@ -52,8 +54,11 @@ class TranscriptWatch {
     /// What it told last; absent fields keep what an earlier look told.
     const TranscriptReading& reading() const { return reading_; }
     const std::optional<std::string>& path() const { return telemetry_.boundURL; }
-    /// By which the conversation can be taken up again; none before its transcript is found.
-    std::optional<std::string> conversationID() const { return path() ? telemetry_.resumeID : std::nullopt; }
+    /// By which the conversation can be taken up again; none before its transcript is found, or found again after a
+    /// clear.
+    std::optional<std::string> conversationID() const {
+        return path() && !telemetry_.expectsSuccessor ? telemetry_.resumeID : std::nullopt;
+    }
     /// When the transcript was last written to, at the last look.
     Date writtenAt() const { return telemetry_.lastModified.value_or(Date{}); }
     /// Rises whenever the transcript has grown.
@@ -71,8 +76,10 @@ class TranscriptWatch {
     Growth onGrowth_;
     TranscriptReading reading_;
     std::uint64_t revision_ = 0;
+    std::optional<Date> prompt_;            ///< since the last look began
     std::unique_ptr<TranscriptTail> tail_;  ///< with the pool while it looks
     std::uint64_t clears_ = 0;
+    bool isFileUntold_ = false;
     bool isLooking_ = false;
     bool isWantedAgain_ = false;
     Registration timer_;

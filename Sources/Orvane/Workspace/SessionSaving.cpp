@@ -20,9 +20,8 @@ std::optional<std::string> startCommand(const SessionController::Identity& ident
 
 std::optional<std::string> transcriptID(const SessionController& session) {
     const TranscriptWatch* transcript = session.agent() == nullptr ? nullptr : session.agent()->transcript();
-    if (transcript != nullptr) {
-        if (auto told = transcript->conversationID()) return told;
-    }
+    // What it was begun with does not count any more: it may have gone on with another one.
+    if (transcript != nullptr && transcript->path()) return transcript->conversationID();
     if (const auto& forced = session.forcedTranscriptID()) return forced;
     const auto& command = session.identity().command;
     if (!command) return std::nullopt;

@@ -19,6 +19,10 @@ struct SessionTelemetry {
     Date startedAt;
     /// The conversation: at first what its command line names, then what the transcript tells.
     std::optional<std::string> resumeID;
+    /// Its command line goes on with a conversation without naming it.
+    bool mayContinueOlder = false;
+    /// When it was last given something to do. Agents begin their files then.
+    std::optional<Date> promptedAt;
     /// The path of the transcript.
     std::optional<std::string> boundURL;
     std::optional<Date> lastModified;
@@ -26,6 +30,7 @@ struct SessionTelemetry {
     /// The transcript of the conversation that was cleared, and when it was last written to.
     std::optional<std::string> abandonedURL;
     std::optional<Date> abandonedMtime;
+    std::optional<Date> clearedAt;
     std::optional<Date> successorScanUntil;
     bool expectsSuccessor = false;
 
@@ -34,18 +39,24 @@ struct SessionTelemetry {
     /// The conversation begins anew, which agents mostly write into another file.
     void noteClear(Date now) {
         expectsSuccessor = true;
+        clearedAt = now;
         successorScanUntil = now + successorPatience;
         abandonedURL = boundURL;
         abandonedMtime = lastModified;
     }
 
     /// Files that were begun before belong to somebody else.
-    Date beginning() const {
-        return expectsSuccessor && successorScanUntil ? *successorScanUntil - successorPatience : startedAt;
+    Date beginning() const { return expectsSuccessor && clearedAt ? *clearedAt : startedAt; }
+
+    /// It was given something to do; the successor of a cleared conversation may come with that only.
+    void notePrompt(Date now) {
+        promptedAt = now;
+        if (expectsSuccessor) successorScanUntil = now + successorPatience;
     }
 
+    /// A session that nobody has given anything to do has no transcript yet, and others in its folder are not its.
     bool isSearching(Date now) const {
-        if (!boundURL) return true;
+        if (!boundURL) return resumeID || mayContinueOlder || promptedAt;
         return expectsSuccessor && successorScanUntil && now <= *successorScanUntil;
     }
 
@@ -54,6 +65,7 @@ struct SessionTelemetry {
         lastModified.reset();
         lastSize = 0;
         expectsSuccessor = false;
+        clearedAt.reset();
         successorScanUntil.reset();
     }
 };

@@ -17,10 +17,11 @@ namespace {
 bool isIn(const SessionController& session, const SessionRecord& record) {
     const auto& command = session.identity().command;
     if (!session.isActive() || transcriptProvider(session.identity().kind) != record.provider) return false;
-    if (session.forcedTranscriptID() == record.id) return true;
-    if (command && SessionHistory::resumeIdentifier(*command) == record.id) return true;
     const TranscriptWatch* transcript = session.agent() == nullptr ? nullptr : session.agent()->transcript();
-    return transcript != nullptr && transcript->path() == record.filePath;
+    // What it was begun with counts until it is known where it is.
+    if (transcript != nullptr && transcript->path()) return transcript->path() == record.filePath;
+    if (session.forcedTranscriptID() == record.id) return true;
+    return command && SessionHistory::resumeIdentifier(*command) == record.id;
 }
 
 /// The project that the folder is in, the innermost of several; made when there is none.

@@ -57,7 +57,10 @@ void TracePanel::follow(const ViewContext& view, const SessionController& sessio
             });
         return;
     }
-    if (!seen_ || seen_->path != now.path) report_.reset();
+    if (!seen_ || seen_->path != now.path) {
+        report_.reset();
+        linesCols_ = first_ = 0;
+    }
     seen_ = std::move(now);
     read(view, session);
 }

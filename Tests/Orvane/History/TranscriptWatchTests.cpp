@@ -41,6 +41,10 @@ class TranscriptWatchTest : public ScriptedScreenTest {
                std::to_string(tokens) + "}}}";
     }
 
+    std::string now() const {
+        return Date{std::chrono::duration<double>(loop.wallTime().time_since_epoch()).count()}.iso8601();
+    }
+    void ask() { agent().watch().noteInteraction(); }
     const TranscriptWatch& watch() { return *agent().transcript(); }
     std::string boundTo() { return watch().path().value_or("nothing"); }
     std::string model() { return agent().controls().settings().modelName.value_or("unknown"); }
@@ -77,6 +81,7 @@ TEST_F(TranscriptWatchTest, BindsASessionOfEachAgentAndTellsModelAndContext) {
         const char* use;
         const char* resume;
     };
+    const std::string begun = "2026-01-01T00:00:02Z";
     const std::string hash = GeminiTranscript::projectHash(folder.path());
     const Case cases[] = {
         {SessionKind::claude, claudeFile("one"), asked("Hello") + "\n" + answered("claude-opus-4-5", 50'000),
@@ -96,9 +101,12 @@ TEST_F(TranscriptWatchTest, BindsASessionOfEachAgentAndTellsModelAndContext) {
     };
     for (const Case& each : cases) {
         start(each.kind);
+        std::string lines = each.lines;
+        lines.replace(lines.find(begun), begun.size(), now());
+        append(each.path, lines);
         lookTwice();
-        EXPECT_EQ(boundTo(), "nothing");
-        append(each.path, each.lines);
+        EXPECT_EQ(boundTo(), "nothing") << "it was not asked anything yet";
+        ask();
         ASSERT_TRUE(eventually([&] { return use() != "unknown"; })) << each.path;
         EXPECT_EQ(boundTo(), each.path);
         EXPECT_EQ(model(), each.model);
@@ -107,27 +115,37 @@ TEST_F(TranscriptWatchTest, BindsASessionOfEachAgentAndTellsModelAndContext) {
     }
 }
 
-TEST_F(TranscriptWatchTest, GivesTwoSessionsOfAFolderAFileEachAndNoneOfSomebodyElse) {
-    append(claudeFile("older"), asked("Before", "2025-12-01T00:00:00Z"));
-    std::filesystem::last_write_time(claudeFile("older"),
-                                     std::filesystem::file_time_type::clock::now() - std::chrono::hours(24 * 365 * 10));
+TEST_F(TranscriptWatchTest, GivesTwoSessionsOfAFolderTheirOwnFilesAndNoneOfSomebodyElse) {
+    append(claudeFile("foreign"), asked("Before", "2025-12-01T00:00:00Z"));
     start(SessionKind::claude);
     SessionController* first = session;
+    pass(60);
     start(SessionKind::claude);
-    append(claudeFile("first"), asked("One"));
-    ASSERT_TRUE(eventually([&] { return first->agent()->transcript()->path() || watch().path(); }));
-    append(claudeFile("second"), asked("Two"));
-    ASSERT_TRUE(eventually([&] { return first->agent()->transcript()->path() && watch().path(); }));
-    const std::set<std::string> both{*first->agent()->transcript()->path(), boundTo()};
-    EXPECT_THAT(both, ::testing::ElementsAre(claudeFile("first"), claudeFile("second")));
+    append(claudeFile("foreign"), answered("claude-opus-4-5", 1));
+    ask();
+    append(claudeFile("second"), asked("Two", "2026-01-01T00:01:00Z"));
+    ASSERT_TRUE(eventually([&] { return watch().path().has_value(); }));
+    EXPECT_EQ(boundTo(), claudeFile("second"));
+    EXPECT_EQ(first->agent()->transcript()->path(), std::nullopt);
+    first->agent()->watch().noteInteraction();
+    append(claudeFile("first"), asked("One", "2026-01-01T00:02:00Z"));
+    ASSERT_TRUE(eventually([&] { return first->agent()->transcript()->path().has_value(); }));
+    EXPECT_EQ(first->agent()->transcript()->path(), claudeFile("first"));
 }
 
 TEST_F(TranscriptWatchTest, GoesOnWithTheConversationThatItsCommandNames) {
-    append(claudeFile("wanted"), asked("Old", "2025-12-01T00:00:00Z") + "\n" + answered("claude-opus-4-5", 7));
+    const std::string wanted = "8e8d1a93-5a40-4e0e-9a6b-7d1f0c9b2e11";
+    append(claudeFile(wanted), asked("Old", "2025-12-01T00:00:00Z") + "\n" + answered("claude-opus-4-5", 7));
     append(claudeFile("newer"), asked("New"));
-    start(SessionKind::claude, "claude --resume wanted");
+    const std::string command = "claude --resume " + wanted;
+    start(SessionKind::claude, command);
     ASSERT_TRUE(eventually([&] { return use() != "unknown"; }));
-    EXPECT_EQ(boundTo(), claudeFile("wanted"));
+    EXPECT_EQ(boundTo(), claudeFile(wanted));
+    // Once it has ended the conversation is free for another.
+    screen->exit(0);
+    start(SessionKind::claude, command);
+    ASSERT_TRUE(eventually([&] { return use() != "unknown"; }));
+    EXPECT_EQ(boundTo(), claudeFile(wanted));
 }
 
 TEST_F(TranscriptWatchTest, AdoptsTheSuccessorOfAConversationThatWasCleared) {
@@ -136,10 +154,9 @@ TEST_F(TranscriptWatchTest, AdoptsTheSuccessorOfAConversationThatWasCleared) {
     ASSERT_TRUE(eventually([&] { return use() == "50000 of 200000"; }));
     agent().sendRaw("/clear");
     EXPECT_EQ(use(), "unknown");
-    const auto now = Date{std::chrono::duration<double>(loop.wallTime().time_since_epoch()).count()};
     append(claudeFile("one"), answered("claude-opus-4-5", 60'000));
-    append(claudeFile("other"), asked("Somebody else", now.iso8601()));
-    append(claudeFile("two"), asked("<command-name>/clear</command-name>", now.iso8601()));
+    append(claudeFile("other"), asked("Somebody else", now()));
+    append(claudeFile("two"), asked("<command-name>/clear</command-name>", now()));
     ASSERT_TRUE(eventually([&] { return boundTo() == claudeFile("two"); }));
     EXPECT_EQ(use(), "unknown");
     append(claudeFile("two"), answered("claude-opus-4-5", 5));
