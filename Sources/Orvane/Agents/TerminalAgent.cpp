@@ -69,10 +69,12 @@ void TerminalAgent::followTranscript() {
 
 void TerminalAgent::noteTranscript(TranscriptWatch::News news) {
     const TranscriptReading& reading = transcript_->reading();
-    // What a conversation ran with when it was left is not what it runs with now.
     if (transcript_->writtenAt() >= session_.identity().startedAt) {
         controls_.noteTranscript(reading.model, reading.permissionMode);
         if (reading.phase) watch_.notePhase(*reading.phase, transcript_->writtenAt());
+    } else if (!controls_.settings().modelName) {
+        // What a conversation ran with when it was left may not be what it runs with now, but mostly is.
+        controls_.noteTranscript(reading.model, {});
     }
     session_.noteTranscript(news);
 }

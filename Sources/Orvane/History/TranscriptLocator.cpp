@@ -197,7 +197,8 @@ std::optional<std::string> find(const SessionTelemetry& telemetry, const std::st
                                 const std::set<std::string>& taken) {
     if (telemetry.resumeID && !telemetry.expectsSuccessor) {
         auto path = named(telemetry, home, *telemetry.resumeID);
-        return path && taken.contains(*path) ? std::nullopt : path;
+        if (path && taken.contains(*path)) return std::nullopt;
+        if (path || !telemetry.mayContinueOlder) return path;
     }
     const auto isMeant = [&](const std::string& name) { return isTranscriptName(telemetry.kind, name); };
     std::vector<Candidate> found;

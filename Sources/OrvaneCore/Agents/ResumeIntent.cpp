@@ -15,8 +15,8 @@ ResumeIntent ResumeIntent::of(std::string_view command) {
     const std::vector<std::string> words = shellWords(command);
     const auto holds = [&](std::string_view word) { return std::ranges::find(words, word) != words.end(); };
     const auto named = SessionHistory::resumeIdentifier(command);
-    // A fork goes on in a file of its own; a number or a name means another conversation whenever the list changes.
-    if (named && Uuid::parse(*named) && !holds("--fork-session")) return {.id = named};
+    // A fork goes on in a file of its own.
+    if (named && !holds("--fork-session")) return {.id = named, .continuesOlder = !Uuid::parse(*named)};
     return {.continuesOlder = named || std::ranges::any_of(continuing, holds)};
 }
 

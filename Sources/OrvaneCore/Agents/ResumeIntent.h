@@ -8,9 +8,10 @@ namespace orvane {
 
 /// Which conversation an agent goes on with by its command line.
 struct ResumeIntent {
-    /// The one that is named by its id.
+    /// The one that is named, mostly by its id.
     std::optional<std::string> id;
-    /// One that the agent or the person in front of it chooses: the last, one of a list, one by its number.
+    /// Perhaps one that the agent or the person in front of it chooses: the last, one of a list, one by its number,
+    /// which looks like an id.
     bool continuesOlder = false;
 
     bool operator==(const ResumeIntent&) const = default;

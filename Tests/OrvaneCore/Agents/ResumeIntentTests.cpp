@@ -18,8 +18,8 @@ TEST(ResumeIntentTest, TellsAConversationFromOneThatIsChosenLater) {
                  {"claude --resume", {.continuesOlder = true}},
                  {"claude -c", {.continuesOlder = true}},
                  {"codex resume --last", {.continuesOlder = true}},
-                 {"gemini --resume latest", {.continuesOlder = true}},
-                 {"gemini --resume 1", {.continuesOlder = true}}};
+                 {"gemini --resume latest", {.id = "latest", .continuesOlder = true}},
+                 {"gemini --resume 1", {.id = "1", .continuesOlder = true}}};
     for (const auto& [command, intent] : cases)
         EXPECT_EQ(ResumeIntent::of(command), intent) << command;
 }
