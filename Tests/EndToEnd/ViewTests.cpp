@@ -156,6 +156,28 @@ TEST_F(ViewInTerminal, PanesAreSplitZoomedMovedResizedAndClosed) {
     EXPECT_TRUE(untilShows(*window, "12 60"));
 }
 
+TEST_F(ViewInTerminal, EverythingIsFoundByTyping) {
+    auto window = open({}, 100, 30);
+    ASSERT_TRUE(untilShows(*window, "─ · shell"));
+    window->command(":");
+    ASSERT_TRUE(untilShows(*window, "Find anything"));
+    ASSERT_TRUE(untilShows(*window, "C-b %"));
+    window->type("nothing like this");
+    ASSERT_TRUE(untilGone(*window, "C-b %"));
+    window->type("\x15spl bot");
+    ASSERT_TRUE(untilShows(*window, "C-b \""));
+    window->type("\r");
+    ASSERT_TRUE(untilGone(*window, "Find anything"));
+    window->command(":");
+    window->type("newtab\r");
+    ASSERT_TRUE(untilShows(*window, "2 Workspace"));
+    window->command(":");
+    window->type("tab works");
+    ASSERT_TRUE(untilShows(*window, "tab: Workspace"));
+    window->type("\r");
+    ASSERT_TRUE(untilGone(*window, "Find anything"));
+}
+
 TEST_F(ViewInTerminal, AWaitingAgentIsSeenFromAnotherPaneAndAnsweredThere) {
     auto window = open();
     ASSERT_TRUE(untilShows(*window, "─ · shell"));

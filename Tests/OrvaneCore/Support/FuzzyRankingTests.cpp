@@ -29,7 +29,7 @@ TEST(FuzzyRankingTest, FindsWhatPeopleTypeOfAText) {
         {"nxt", {4}},         //
         {"web log", {5}},     //
         {"端", {6}},          //
-        {"dha", {}},                // scattered inside of words
+        {"dha", {}},          // scattered inside of words
         {"split x", {}},      // one word is nowhere
         {"\xFF", {}},
     };
