@@ -15,8 +15,15 @@ constexpr std::size_t filesPerTask = 32;
 
 void HistoryWalk::start(std::function<HistoryIndex()> index) {
     pool_.submit([self = shared_from_this(), index = std::move(index)] {
-        self->index_ = index();
-        self->findChanged();
+        try {
+            self->index_ = index();
+            self->findChanged();
+            self->isListed_ = true;
+        } catch (...) {
+            // Whoever waits for the walk gets what was known.
+            BackgroundPool::reportEscapedException();
+            self->changed_.clear();
+        }
         const std::size_t tasks =
             std::min((self->changed_.size() + filesPerTask - 1) / filesPerTask, BackgroundPool::defaultThreadCount());
         if (tasks == 0) self->finish();
@@ -63,7 +70,7 @@ void HistoryWalk::finish() {
             result.index.storeNone(file.path, file.modifiedAt, file.byteSize);
         }
     }
-    if (result.index.prune(paths_)) result.hasChanged = true;
+    if (isListed_ && result.index.prune(paths_)) result.hasChanged = true;
     finish_(std::move(result));
 }
 

@@ -43,6 +43,7 @@ class HistoryWalk : public std::enable_shared_from_this<HistoryWalk> {
     Finish finish_;
     HistoryIndex index_;
     std::set<std::string> paths_;
+    bool isListed_ = false;  ///< `paths_` are all that there are
     std::vector<HistoryFiles::File> changed_;
     /// Of `changed_`, each written by the one thread that takes its place.
     std::vector<std::optional<HistoryFiles::Reading>> readings_;
