@@ -1,5 +1,6 @@
 #include "OrvaneCore/History/Scan/ClaudeScanner.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -24,6 +25,17 @@ std::optional<Kind> kindOf(std::string_view line) {
         if (value.starts_with(R"(assistant")")) return Kind::assistant;
     }
     return std::nullopt;
+}
+
+constexpr Needle toolResult(R"("toolUseResult":)");
+
+/// Of the record; it stands right before the place, behind what the tool gave back.
+std::string_view idBefore(std::string_view line, std::size_t place) {
+    constexpr std::size_t nearby = 512;
+    constexpr std::string_view key = R"("uuid":")";
+    const std::size_t start = place - std::min(place, nearby);
+    if (const auto id = RawLine::escapedText(line.substr(start, place - start), key)) return *id;
+    return RawLine::escapedText(line, key).value_or(line);
 }
 
 /// The texts that a person wrote: an editor puts what it has open before them, in tags.
@@ -68,8 +80,9 @@ void ClaudeScanner::read(std::string_view line, SessionScan::Part part) {
     const auto kind = kindOf(line);
     if (!kind) return;
     // What tools gave back is most of a transcript; of those lines the id is all that counts.
-    if (*kind == Kind::user && TranscriptLine::contains(line, R"("toolUseResult":)")) {
-        if (scan_.isNew(RawLine::escapedText(line, R"("uuid":")").value_or(line))) ++scan_.messages;
+    const auto result = *kind == Kind::user ? toolResult.findIn(line) : Needle::npos;
+    if (result != Needle::npos) {
+        if (scan_.isNew(idBefore(line, result))) ++scan_.messages;
         return;
     }
     readMessage(line, part);
