@@ -280,7 +280,7 @@ void WorkspaceView::paint(Canvas& canvas) {
                                                                              .zoomedLeaf = context_.zoomedLeaf});
         setup_.services.store.interface().paneArea = context_.layout.area();
     }
-    panes_.paint(context_, canvas);
+    panes_.paint(context_, canvas, isWhole ? PanePainter::Part::whole : PanePainter::Part::contents);
     if (isWhole) paintSurroundings(canvas);
     if (context_.isLeaderDown) FramePainter::paintCommands(context_, canvas);
     terminal_.trackMotion(ViewMouse::wantsMotion(context_));

@@ -35,7 +35,7 @@ void paintForeign(const ViewContext& view, CanvasPen& pen, const ViewLayout::Pan
 
 }  // namespace
 
-void PanePainter::paint(ViewContext& view, Canvas& canvas) {
+void PanePainter::paint(ViewContext& view, Canvas& canvas, Part part) {
     isHeldBack_ = false;
     // What an overlay covered cannot be kept.
     if (view.overlay != nullptr || wasCovered_) shown_.clear();
@@ -52,14 +52,23 @@ void PanePainter::paint(ViewContext& view, Canvas& canvas) {
         if (view.layout.splits[divider.split].axis == PaneAxis::horizontal) pen.fill(divider.line, ViewLook::dim, U'│');
     }
     for (const ViewLayout::Pane& pane : view.layout.panes)
-        paintPane(view, canvas, pane);
+        paintPane(view, canvas, pane, part);
     shown_ = std::move(showsNow_);
     showsNow_.clear();
 }
 
-void PanePainter::paintPane(ViewContext& view, Canvas& canvas, const ViewLayout::Pane& pane) {
+bool PanePainter::isTitleStale(const ViewContext& view, const ViewLayout::Pane& pane) {
+    const SessionController* session = view.sessionIn(pane);
+    const bool isScrolledBack =
+        session != nullptr && session->terminal() != nullptr && !HistoryMode::isAtNewest(session->terminal()->terminal);
+    const bool wasScrolledBack = scrolledBack_.erase(pane.leaf) > 0;
+    if (isScrolledBack) scrolledBack_.insert(pane.leaf);
+    return isScrolledBack || wasScrolledBack;
+}
+
+void PanePainter::paintPane(ViewContext& view, Canvas& canvas, const ViewLayout::Pane& pane, Part part) {
     CanvasPen pen(canvas, view.layout.work);
-    PaneTitle::paint(view, pen, pane);
+    if (isTitleStale(view, pane) || part == Part::whole) PaneTitle::paint(view, pen, pane);
     if (pane.body.isEmpty()) return;
     SessionController* session = view.sessionIn(pane);
     if (session != nullptr && session->terminal() != nullptr) return paintTerminal(view, canvas, pane, *session);
