@@ -16,7 +16,9 @@ class ViewTest : public HostTest {
         environment["SHELL"] = "/bin/sh";
         environment["PS1"] = "ready> ";
         folder.write(".bash_profile", "PATH=" + folder.path("bin") + ":/usr/bin:/bin\nPS1='ready> '\n");
-        folder.write(".zshrc", "PROMPT='ready> '\n");
+        // Its mark of an output without a line end stays on the screen when the size changes right then, as it does
+        // when a session's pane gets its place.
+        folder.write(".zshrc", "PROMPT='ready> '\nunsetopt PROMPT_SP\n");
         folder.write(".zprofile", "PATH=" + folder.path("bin") + ":/usr/bin:/bin\n");
         std::filesystem::create_directory(folder.path("bin"));
         std::filesystem::create_symlink(ORVANE_SCRIPTED_AGENT, folder.path("bin/claude"));
