@@ -50,7 +50,7 @@ std::string MadeTranscripts::identifier() {
 /// One in ten is a prompt; the others are an answer with a call and what the tool gave back.
 std::string MadeTranscripts::line() {
     const std::string common = fmt::format(
-        R"("uuid":"{}","timestamp":"2026-11-{:02}T10:00:00.000Z","cwd":"/work/project","sessionId":"s","version":"2")",
+        R"("uuid":"{}","timestamp":"2026-11-{:02}T10:00:00.000Z","cwd":"/home/demo/project","sessionId":"s","version":"2")",
         identifier(), random_() % 28 + 1);
     switch (random_() % 10) {
         case 0:
@@ -85,7 +85,7 @@ void MadeTranscripts::make(const std::string& path, std::size_t number, std::siz
     if (file < 0) throw std::runtime_error("cannot write " + path);
     const std::string id = std::filesystem::path(path).stem().string();
     const std::string first = fmt::format(
-        R"({{"type":"user","sessionId":"{}","cwd":"/work/project-{}","uuid":"first","message":{{"content":"{}"}}}})",
+        R"({{"type":"user","sessionId":"{}","cwd":"/home/demo/project-{}","uuid":"first","message":{{"content":"{}"}}}})",
         id, number % 200, words(12));
     writeAll(file, first + "\n" + lines(SessionHistory::headByteCap), 0);
     const std::string tail = "\n" + lines(SessionHistory::tailByteCap);
