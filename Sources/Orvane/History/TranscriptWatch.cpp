@@ -1,6 +1,5 @@
 #include "Orvane/History/TranscriptWatch.h"
 
-#include <exception>
 #include <filesystem>
 #include <utility>
 
@@ -124,8 +123,9 @@ void TranscriptWatch::tick() {
         [look = std::move(look)]() mutable {
             try {
                 look.run();
-            } catch (const std::exception&) {
+            } catch (...) {
                 // Out of memory over a file of somebody else: the next look may do better.
+                BackgroundPool::reportEscapedException();
                 look.reading.reset();
             }
             return std::move(look);

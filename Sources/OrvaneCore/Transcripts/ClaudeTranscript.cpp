@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <ranges>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "OrvaneCore/Agents/TabTitle.h"
+#include "OrvaneCore/Transcripts/NewestFirst.h"
 #include "OrvaneCore/Transcripts/PendingTool.h"
 #include "OrvaneCore/Transcripts/TranscriptLine.h"
 
@@ -140,13 +140,7 @@ class Scan {
 }  // namespace
 
 std::optional<TranscriptReading> parse(std::span<const std::string_view> lines) {
-    Scan scan;
-    for (const std::string_view line : std::views::reverse(lines)) {
-        scan.take(line);
-        if (scan.isComplete()) break;
-    }
-    TranscriptReading reading = std::move(scan).reading();
-    return reading == TranscriptReading() ? std::nullopt : std::optional(std::move(reading));
+    return readNewestFirst(Scan(), lines);
 }
 
 bool isClearSuccessor(std::span<const std::string_view> headLines) {

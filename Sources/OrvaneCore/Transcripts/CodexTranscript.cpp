@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <ranges>
 #include <string>
 #include <utility>
 
 #include "OrvaneCore/Agents/TabTitle.h"
+#include "OrvaneCore/Transcripts/NewestFirst.h"
 #include "OrvaneCore/Transcripts/RecordSearch.h"
 #include "OrvaneCore/Transcripts/TranscriptLine.h"
 
@@ -99,13 +99,7 @@ std::string_view withoutSlashes(std::string_view path) {
 }  // namespace
 
 std::optional<TranscriptReading> parse(std::span<const std::string_view> lines) {
-    Scan scan;
-    for (const std::string_view line : std::views::reverse(lines)) {
-        scan.take(line);
-        if (scan.isComplete()) break;
-    }
-    TranscriptReading reading = std::move(scan).reading();
-    return reading == TranscriptReading() ? std::nullopt : std::optional(std::move(reading));
+    return readNewestFirst(Scan(), lines);
 }
 
 bool belongsToProject(std::span<const std::string_view> headLines, std::string_view projectPath) {
