@@ -5,8 +5,8 @@
 #include <boost/json.hpp>
 #include <filesystem>
 
-#include "Orvane/StoreFixture.h"
 #include "OrvaneShell/Host/HostContext.h"
+#include "OrvaneShell/ServicesFixture.h"
 
 namespace orvane {
 namespace {
@@ -32,7 +32,7 @@ class RecordingConnection final : public LineServer::Connection {
     std::function<void()> close;
 };
 
-class RequestRouterTest : public testing::StoreFixture {
+class RequestRouterTest : public testing::ServicesFixture {
  protected:
     /// The reply to one line; every request must get exactly one.
     JsonValue replyTo(const std::string& line) {
@@ -76,17 +76,6 @@ class RequestRouterTest : public testing::StoreFixture {
     }
 
     int stops = 0;
-    /// Its home folder is that of the test; there is no shell.
-    ShellSetup shell{.environment = {{"HOME", folder.path()}}, .shell = folder.path("no-shell")};
-    LoginCapture login{loop, shell};
-    std::shared_ptr<ToolsManager> tools = std::make_shared<ToolsManager>(
-        ToolsManager::Services{.loop = loop, .pool = pool, .l10n = {}, .shell = shell, .loginCapture = login});
-    std::shared_ptr<HistoryService> history =
-        std::make_shared<HistoryService>(HistoryService::Services{.loop = loop,
-                                                                  .pool = pool,
-                                                                  .fileQueue = queue,
-                                                                  .home = folder.path(),
-                                                                  .indexPath = folder.path("history.json")});
     RequestRouter router{
         {.store = *store, .agents = agents, .tools = *tools, .history = *history}, {}, [this] { ++stops; }};
 };

@@ -5,8 +5,8 @@
 
 #include <filesystem>
 
-#include "Orvane/StoreFixture.h"
 #include "OrvaneShell/Host/ConversationResume.h"
+#include "OrvaneShell/ServicesFixture.h"
 #include "OrvaneShell/View/ViewContext.h"
 
 namespace orvane {
@@ -15,7 +15,7 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-class ConversationsOverlayTest : public testing::StoreFixture {
+class ConversationsOverlayTest : public testing::ServicesFixture {
  protected:
     void write(const std::string& name, const std::string& text) {
         std::filesystem::create_directories(std::filesystem::path(folder.path(name)).parent_path());
@@ -66,16 +66,6 @@ class ConversationsOverlayTest : public testing::StoreFixture {
             view.overlay = std::move(current);
     }
 
-    ShellSetup shell = ShellSetup::of({});
-    LoginCapture login{loop, shell};
-    std::shared_ptr<ToolsManager> tools = std::make_shared<ToolsManager>(
-        ToolsManager::Services{.loop = loop, .pool = pool, .l10n = {}, .shell = shell, .loginCapture = login});
-    std::shared_ptr<HistoryService> history =
-        std::make_shared<HistoryService>(HistoryService::Services{.loop = loop,
-                                                                  .pool = pool,
-                                                                  .fileQueue = queue,
-                                                                  .home = folder.path(),
-                                                                  .indexPath = folder.path("history.json")});
     ViewContext view{{.store = *store, .tools = *tools, .agents = agents, .history = *history},
                      {},
                      {.character = 'b', .modifiers = {.control = true}},
