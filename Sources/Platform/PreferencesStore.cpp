@@ -102,6 +102,10 @@ PreferencesStore::Counts PreferencesStore::counts(std::string_view key, Counts f
     return decoded(members_, key, PreferencesText::counts, std::move(fallback));
 }
 
+PreferencesStore::Texts PreferencesStore::texts(std::string_view key) const {
+    return decoded(members_, key, PreferencesText::texts, Texts());
+}
+
 bool PreferencesStore::contains(std::string_view key) const {
     return members_.contains(key);
 }
@@ -124,6 +128,10 @@ void PreferencesStore::setString(std::string_view key, std::string_view value) {
 }
 
 void PreferencesStore::setCounts(std::string_view key, const Counts& value) {
+    set(key, PreferencesText::encode(value));
+}
+
+void PreferencesStore::setTexts(std::string_view key, const Texts& value) {
     set(key, PreferencesText::encode(value));
 }
 

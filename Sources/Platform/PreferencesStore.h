@@ -23,6 +23,7 @@ namespace orvane {
 class PreferencesStore {
  public:
     using Counts = std::map<std::string, std::int64_t>;
+    using Texts = std::map<std::string, std::string>;
     using ErrorCallback = WholeFileWriter::ErrorCallback;
     using ChangeCallback = std::move_only_function<void(std::string_view key)>;
 
@@ -39,6 +40,7 @@ class PreferencesStore {
     double number(std::string_view key, double fallback) const;
     std::string string(std::string_view key, std::string_view fallback) const;
     Counts counts(std::string_view key, Counts fallback = {}) const;
+    Texts texts(std::string_view key) const;
     /// Of any type.
     bool contains(std::string_view key) const;
 
@@ -49,6 +51,7 @@ class PreferencesStore {
     /// Bytes that are not UTF-8 become U+FFFD.
     void setString(std::string_view key, std::string_view value);
     void setCounts(std::string_view key, const Counts& value);
+    void setTexts(std::string_view key, const Texts& value);
     void remove(std::string_view key);
 
     /// The callback runs in a later turn, once for each change of a value, with the key that changed.

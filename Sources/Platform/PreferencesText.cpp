@@ -121,6 +121,29 @@ std::optional<Number> whole(std::string_view text) {
     return number;
 }
 
+/// None when a member is of another type.
+template <typename Object, typename Decode>
+std::optional<Object> object(std::string_view value, Decode decode) {
+    if (!value.starts_with('{')) return std::nullopt;
+    Object object;
+    for (const auto& [key, text] : Cutter(value).members()) {
+        const auto member = decode(text);
+        if (!member) return std::nullopt;
+        object.emplace(key, *member);
+    }
+    return object;
+}
+
+template <typename Object, typename Encode>
+std::string objectText(const Object& object, Encode encodeMember) {
+    std::string text = "{";
+    for (const auto& [key, member] : object) {
+        if (text.size() > 1) text += ',';
+        text += encode(std::string_view(key)) + ":" + encodeMember(member);
+    }
+    return text + "}";
+}
+
 }  // namespace
 
 std::expected<Members, std::string> parse(std::string_view text) {
@@ -169,14 +192,11 @@ std::optional<std::string> string(std::string_view value) {
 }
 
 std::optional<Counts> counts(std::string_view value) {
-    if (!value.starts_with('{')) return std::nullopt;
-    Counts counts;
-    for (const auto& [key, count] : Cutter(value).members()) {
-        const auto exact = integer(count);
-        if (!exact) return std::nullopt;
-        counts.emplace(key, *exact);
-    }
-    return counts;
+    return object<Counts>(value, integer);
+}
+
+std::optional<Texts> texts(std::string_view value) {
+    return object<Texts>(value, string);
 }
 
 std::string encode(std::string_view text) {
@@ -184,12 +204,11 @@ std::string encode(std::string_view text) {
 }
 
 std::string encode(const Counts& counts) {
-    std::string text = "{";
-    for (const auto& [key, count] : counts) {
-        if (text.size() > 1) text += ',';
-        text += fmt::format("{}:{}", encode(key), count);
-    }
-    return text + "}";
+    return objectText(counts, [](std::int64_t count) { return fmt::format("{}", count); });
+}
+
+std::string encode(const Texts& texts) {
+    return objectText(texts, [](const std::string& text) { return encode(std::string_view(text)); });
 }
 
 std::string encode(double value) {

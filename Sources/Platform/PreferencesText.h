@@ -14,6 +14,7 @@ namespace orvane::PreferencesText {
 /// By key: the value as JSON text on one line.
 using Members = std::map<std::string, std::string, std::less<>>;
 using Counts = std::map<std::string, std::int64_t>;
+using Texts = std::map<std::string, std::string>;
 
 /// The reason is a phrase for a person. An empty text is an object without members.
 [[nodiscard]] std::expected<Members, std::string> parse(std::string_view text);
@@ -26,10 +27,12 @@ std::optional<std::int64_t> integer(std::string_view value);
 std::optional<double> number(std::string_view value);
 std::optional<std::string> string(std::string_view value);
 std::optional<Counts> counts(std::string_view value);
+std::optional<Texts> texts(std::string_view value);
 
 /// Bytes that are not UTF-8 become U+FFFD: they would make the whole file unreadable.
 std::string encode(std::string_view text);
 std::string encode(const Counts& counts);
+std::string encode(const Texts& texts);
 /// `value` is finite.
 std::string encode(double value);
 
