@@ -19,6 +19,10 @@ constexpr int neverStarted = -1;
 
 constexpr Duration noticeTime = std::chrono::seconds(4);
 
+bool isWorking(const SessionStatus& status) {
+    return std::holds_alternative<SessionStatus::Working>(status.value);
+}
+
 bool isWaiting(const SessionStatus& status) {
     return std::holds_alternative<SessionStatus::Waiting>(status.value);
 }
@@ -85,8 +89,8 @@ void SessionController::raiseAttention() {
 }
 
 void SessionController::clearAttention() {
-    if (!std::exchange(needsAttention_, false)) return;
-    changed();
+    const bool hadUnseenEnd = std::exchange(hasUnseenEnd_, false);
+    if (std::exchange(needsAttention_, false) || hadUnseenEnd) changed();
 }
 
 void SessionController::noteFocus() {
@@ -96,6 +100,8 @@ void SessionController::noteFocus() {
 void SessionController::setStatus(const SessionStatus& status, StatusSource source) {
     if (status == status_ || (hasExited_ && source != StatusSource::exit)) return;
     const bool wasWaiting = isWaiting(status_);
+    const bool isAtRest = !isWorking(status) && !isWaiting(status);
+    hasUnseenEnd_ = isAgent(identity_.kind) && isAtRest && (hasUnseenEnd_ || isWorking(status_));
     const Date now = dateOf(surroundings_.loop.wallTime());
     status_ = status;
     evidence_ = {.source = source, .since = now};
@@ -119,6 +125,7 @@ void SessionController::noteRequest(const ApprovalPolicy::Request& request) {
 
 void SessionController::noteClear() {
     needsAttention_ = false;
+    hasUnseenEnd_ = false;
     approval_ = {};
     if (callbacks_.onAITitle) callbacks_.onAITitle({});
     if (hasExited_) return;

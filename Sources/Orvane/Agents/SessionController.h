@@ -107,6 +107,8 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     const std::optional<std::string>& forcedTranscriptID() const { return forcedTranscriptID_; }
 
     bool needsAttention() const { return needsAttention_; }
+    /// An agent has come to the end of its work, and nobody has looked at it since.
+    bool hasUnseenEnd() const { return hasUnseenEnd_; }
     void raiseAttention();
     void clearAttention();
     /// The view tells that its pane took the keyboard.
@@ -138,6 +140,8 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     void noteChange() { changed(); }
     /// Shows a text for a few seconds; empty when there is none.
     void showNotice(std::string_view textKey);
+    /// The user has chosen another language, for the notices from now on.
+    void setTexts(const L10n& l10n) { surroundings_.l10n = l10n; }
     const std::string& transientNotice() const { return transientNotice_; }
 
     /// Asks the program to end: its process group and the foreground group of its terminal get SIGTERM. Agents start
@@ -167,6 +171,7 @@ class SessionController : public std::enable_shared_from_this<SessionController>
     std::string transientNotice_;
     Registration noticeTimer_;
     bool needsAttention_ = false;
+    bool hasUnseenEnd_ = false;
     bool hasExited_ = false;
     bool terminationAsked_ = false;
     std::set<pid_t> terminatingProcessGroups_;

@@ -55,6 +55,9 @@ class ToolsManager : public std::enable_shared_from_this<ToolsManager> {
         bool operator==(const Failure&) const = default;
     };
 
+    /// The user has chosen another language, for the log from now on.
+    void setTexts(const L10n& l10n) { services_.l10n = l10n; }
+
     using Done = std::function<void()>;
     using Installed = std::function<void(const std::expected<void, Failure>&)>;
 

@@ -66,6 +66,12 @@ void HistoryService::refresh(std::function<void()> done) {
     if (!walk_) walk();
 }
 
+void HistoryService::setLanguage(Language language) {
+    services_.language = language;
+    corpus_ = std::make_shared<HistoryCorpus>(corpus_->records(), language);
+    recompute();
+}
+
 void HistoryService::walk() {
     walking_ = std::exchange(waiting_, {});
     const bool isFirst = !std::exchange(loaded_, true);

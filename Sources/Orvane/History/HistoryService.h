@@ -73,6 +73,8 @@ class HistoryService : public std::enable_shared_from_this<HistoryService> {
     /// Looks at the disk; `done` runs once everything that was there by now is in `records`. While nothing has changed
     /// no transcript is read.
     void refresh(std::function<void()> done = {});
+    /// The user has chosen another language.
+    void setLanguage(Language language);
     /// Of the files that the last walk looked at, how many it read.
     std::size_t filesRead() const { return filesRead_; }
 

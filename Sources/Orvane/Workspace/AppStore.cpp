@@ -12,6 +12,8 @@ using namespace std::chrono_literals;
 constexpr Duration branchInterval = 15s;
 constexpr Duration branchTolerance = 3s;
 
+constexpr const char* railHiddenKey = "shell.rail.hidden";
+
 bool isFolder(const std::string& path) {
     std::error_code error;
     return std::filesystem::is_directory(path, error);
@@ -32,8 +34,13 @@ AppStore::AppStore(Services services)
 AppStore::~AppStore() = default;
 
 void AppStore::restoreShell() {
-    const PreferencesStore& preferences = services_.preferences;
-    interface_.shellCollapse = {.railHidden = preferences.boolean("shell.rail.hidden", false),
+    PreferencesStore& preferences = services_.preferences;
+    preferencesWatch_ = preferences.onChange([this](std::string_view key) {
+        if (key != railHiddenKey) return;
+        interface_.shellCollapse.railHidden = services_.preferences.boolean(railHiddenKey, false);
+        scheduleChange();
+    });
+    interface_.shellCollapse = {.railHidden = preferences.boolean(railHiddenKey, false),
                                 .panelHidden = preferences.boolean("shell.panel.hidden", false)};
     const auto tab = fromRawValue<PanelTab>(preferences.string("shell.panel.tab", {}));
     interface_.panelTab = tab.value_or(PanelTab::changes);
@@ -41,7 +48,15 @@ void AppStore::restoreShell() {
 
 void AppStore::setRailHidden(bool isHidden) {
     interface_.shellCollapse.railHidden = isHidden;
-    services_.preferences.setBoolean("shell.rail.hidden", isHidden);
+    services_.preferences.setBoolean(railHiddenKey, isHidden);
+    scheduleChange();
+}
+
+void AppStore::setTexts(const L10n& l10n) {
+    services_.l10n = l10n;
+    workspace_.workspaceTitle = l10n.text("shell.tab.workspace");
+    for (const auto& session : sessions_)
+        session->setTexts(l10n);
     scheduleChange();
 }
 

@@ -82,6 +82,8 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     /// For work that blocks.
     BackgroundPool& pool() const { return services_.pool; }
     UsageTally& tally() { return tally_; }
+    /// The user has chosen another language.
+    void setTexts(const L10n& l10n);
 
     /// At most once a turn of the loop, whatever number of changes it had.
     Signal<> changed;
@@ -154,6 +156,9 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     /// Returns the contents that found no pane in the new shape.
     std::vector<Uuid> applyLayout(const PaneNode& layout, const Uuid& surface);
     void saveTemplate(const std::string& name, const Uuid& surface);
+    void removeTemplate(const Uuid& id);
+    /// Takes a session out of its pane and shows it in another workspace of its project.
+    void moveToSurface(const Uuid& session, const Uuid& surface);
     void movePane(const Uuid& content, const Uuid& toLeaf, PaneDropZone zone, const Uuid& surface);
 
     // Life of the process
@@ -232,6 +237,7 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     /// As they were when they were told to end.
     std::optional<std::map<Uuid, std::vector<RestorableSession>>> sessionsAtEnd_;
     Registration branchTimer_;
+    Registration preferencesWatch_;
     Registration closedSessionsTimer_;  ///< while there are any
 };
 

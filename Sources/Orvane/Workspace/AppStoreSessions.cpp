@@ -138,6 +138,8 @@ void AppStore::sessionChanged(SessionController& session, const SessionStatus& f
         publish(
             {.session = session.id(), .from = std::string(from.name()), .to = std::string(session.status().name())});
     }
+    // Whoever has it before them sees how it ends.
+    if (session.hasUnseenEnd() && isActive() && workspace_.selectedSessionID == session.id()) session.clearAttention();
     // What has ended does not come back after a restart.
     if (from.isActive() && !session.isActive()) return committed();
     scheduleChange();

@@ -146,6 +146,16 @@ void AppStore::saveTemplate(const std::string& name, const Uuid& surface) {
     committed();
 }
 
+void AppStore::removeTemplate(const Uuid& id) {
+    workspace_.removeTemplate(id);
+    committed();
+}
+
+void AppStore::moveToSurface(const Uuid& session, const Uuid& surface) {
+    workspace_.moveToSurface(session, surface, interface_.paneArea);
+    committed();
+}
+
 void AppStore::movePane(const Uuid& content, const Uuid& toLeaf, PaneDropZone zone, const Uuid& surface) {
     workspace_.movePane(content, toLeaf, zone, surface);
     committed();

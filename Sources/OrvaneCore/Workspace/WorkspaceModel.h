@@ -112,8 +112,12 @@ struct WorkspaceModel {
     void resizeSplit(const Uuid& surface, const Uuid& split, const std::vector<double>& fractions);
     /// Gives a workspace another shape. Returns the contents that no pane of it shows any more.
     std::vector<Uuid> applyLayout(const PaneNode& layout, const Uuid& surface);
+    /// Takes a session out of the pane that shows it, which goes too, and puts it into another workspace of its
+    /// project: where `PanePlacement` finds room. It keeps the focus.
+    void moveToSurface(const Uuid& session, const Uuid& surface, const PaneSize& area);
     /// Keeps the shape of a workspace under a name; a template of that name is replaced.
     void saveTemplate(const std::string& name, const Uuid& surface);
+    void removeTemplate(const Uuid& id);
     /// Drops a content onto a pane. A surface that no pane can show, or of another project, stays where it is.
     void movePane(const Uuid& content, const Uuid& toLeaf, PaneDropZone zone, const Uuid& surface);
 

@@ -143,6 +143,23 @@ std::vector<Uuid> WorkspaceModel::applyLayout(const PaneNode& layout, const Uuid
     return applied.unplaced;
 }
 
+void WorkspaceModel::moveToSurface(const Uuid& session, const Uuid& surfaceID, const PaneSize& area) {
+    const auto tree = surfaceTrees.find(surfaceID);
+    const auto from = paneShowing(session);
+    if (tree == surfaceTrees.end() || !from || from->surface == surfaceID) return;
+    if (projectOfSurface(from->surface) != projectOfSurface(surfaceID)) return;
+    removePane(from->leaf);
+    const auto focused = focusedPanes.find(surfaceID);
+    const auto focus = focused == focusedPanes.end() ? std::nullopt : std::optional(focused->second);
+    auto placement = PanePlacement::placing(session, tree->second, focus, area);
+    tree->second = std::move(placement.tree);
+    focusPane(placement.leaf);
+}
+
+void WorkspaceModel::removeTemplate(const Uuid& id) {
+    std::erase_if(templates, [&](const PaneTemplate& each) { return each.id == id; });
+}
+
 void WorkspaceModel::saveTemplate(const std::string& name, const Uuid& surfaceID) {
     const auto tree = surfaceTrees.find(surfaceID);
     if (tree == surfaceTrees.end()) return;
