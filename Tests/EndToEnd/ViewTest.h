@@ -20,6 +20,9 @@ class ViewTest : public HostTest {
         // when a session's pane gets its place.
         folder.write(".zshrc", "PROMPT='ready> '\nunsetopt PROMPT_SP\n");
         folder.write(".zprofile", "PATH=" + folder.path("bin") + ":/usr/bin:/bin\n");
+        // Who has started it before is not welcomed again.
+        std::filesystem::create_directories(folder.path("config/Orvane"));
+        folder.write("config/Orvane/preferences.json", R"({"view.welcomed":true})");
         std::filesystem::create_directory(folder.path("bin"));
         std::filesystem::create_symlink(ORVANE_SCRIPTED_AGENT, folder.path("bin/claude"));
         environment["ORVANE_TEST_SCENARIO"] = std::string(ORVANE_SOURCE_DIR) + "/Tests/Agents/Scenarios/claude.agent";

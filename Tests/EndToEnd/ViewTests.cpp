@@ -148,7 +148,7 @@ TEST_F(ViewInTerminal, PanesAreSplitZoomedMovedResizedAndClosed) {
     EXPECT_TRUE(window->shows("left"));
     // It fills the room again, also after a change of size; a dialog in between does no harm.
     window->command("?");
-    ASSERT_TRUE(untilShows(*window, "Keys behind C-b"));
+    ASSERT_TRUE(untilShows(*window, "All keys; the leader is C-b"));
     window->resize(60, 15);
     window->type("q");
     ASSERT_TRUE(until(*window, [&] { return window->row(14).contains("C-b commands"); }));

@@ -99,6 +99,7 @@ Host::Host(Mode mode, Environment environment, InstanceLock lock, DiagnosticLog 
            .agents = agents_,
            .tools = *tools_,
            .history = *history_,
+           .preferences = preferences_,
            .openView = [this](HostContext& host, const JSONObject& arguments) { return views_.open(host, arguments); }},
           l10n_, [this] { stop(); }),
       server_(loop_,
@@ -115,6 +116,15 @@ std::expected<void, std::string> Host::start() {
         if (signal == SIGHUP && mode_ != Mode::foreground) return;
         store_->noteShutdown();
         stop();
+    });
+    // What speaks to the user does so in the language that is chosen while it runs.
+    preferencesWatch_ = preferences_.onChange([this](std::string_view key) {
+        if (key != "language") return;
+        l10n_ = chosenTexts(preferences_, environment_);
+        store_->setTexts(l10n_);
+        tools_->setTexts(l10n_);
+        history_->setLanguage(l10n_.language);
+        router_.setTexts(l10n_);
     });
     agents_.load();
     store_->load();

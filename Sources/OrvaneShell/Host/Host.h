@@ -80,6 +80,7 @@ class Host {
     std::unique_ptr<FolderWatch> lockWatch_;
     std::unique_ptr<FolderWatch> socketWatch_;
     Registration placesRetry_;
+    Registration preferencesWatch_;
     std::optional<SignalWatch> signals_;
 };
 

@@ -17,6 +17,7 @@ struct HostContext {
     CustomAgentStore& agents;
     ToolsManager& tools;
     HistoryService& history;
+    PreferencesStore& preferences;
     const ViewOpening& openView;
     L10n l10n;
     std::weak_ptr<LineServer::Connection> connection;

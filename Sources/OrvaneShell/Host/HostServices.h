@@ -7,6 +7,7 @@
 #include "Orvane/History/HistoryService.h"
 #include "Orvane/Workspace/AppStore.h"
 #include "OrvaneShell/CommandLine/Verb.h"
+#include "Platform/PreferencesStore.h"
 
 namespace orvane {
 
@@ -23,6 +24,7 @@ struct HostServices {
     CustomAgentStore& agents;
     ToolsManager& tools;
     HistoryService& history;
+    PreferencesStore& preferences;
     /// Empty in a host without a view.
     ViewOpening openView = {};
 };

@@ -56,6 +56,7 @@ Outcome RequestRouter::serve(const std::shared_ptr<LineServer::Connection>& conn
                      .agents = services_.agents,
                      .tools = services_.tools,
                      .history = services_.history,
+                     .preferences = services_.preferences,
                      .openView = services_.openView,
                      .l10n = l10n,
                      .connection = connection,

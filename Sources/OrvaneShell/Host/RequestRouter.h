@@ -18,6 +18,8 @@ namespace orvane {
 class RequestRouter {
  public:
     RequestRouter(const HostServices& services, L10n l10n, std::function<void()> stop);
+    /// For clients that do not tell their language.
+    void setTexts(const L10n& l10n) { l10n_ = l10n; }
 
     void handle(const std::shared_ptr<LineServer::Connection>& connection, std::string_view line);
     std::string faultReply(LineServer::Fault fault) const;

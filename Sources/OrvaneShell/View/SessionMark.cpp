@@ -11,6 +11,8 @@ SessionMark SessionMark::comingBack() {
 
 SessionMark SessionMark::of(const SessionController& session) {
     using Status = SessionStatus;
+    const bool hasFailed = std::holds_alternative<Status::Failed>(session.status().value);
+    if (session.hasUnseenEnd() && !hasFailed) return {"◆", ViewLook::colored(ViewLook::green, ViewLook::Style::bold)};
     // Of a shell it is only known that it runs.
     const bool isQuiet = !isAgent(session.identity().kind);
     return std::visit(Overloaded{

@@ -115,7 +115,7 @@ void TracePanel::paint(const ViewContext& view, Canvas& canvas, const CellRect& 
     pen.fill(area, ViewLook::plain);
     pen.fill({area.x, area.y, 1, area.rows}, ViewLook::dim, U'│');
     const CellRect inside{area.x + 2, area.y, std::max(0, area.cols - 3), area.rows};
-    const std::string key = "[" + view.leaderText() + " T]";
+    const std::string key = "[" + view.keysOf("trace") + "]";
     const auto keyCols = static_cast<int>(Text::displayWidth(key));
     pen.text(inside.x, inside.y, view.l10n.text("view.trace.title"), ViewLook::bold, inside.cols - keyCols - 1);
     pen.text(inside.right() - keyCols, inside.y, key, ViewLook::dim);

@@ -35,10 +35,12 @@ std::string textOrNothing(const std::string& text) {
 
 std::string requestLine(const ClientContext& client, const std::string& project) {
     const Environment& environment = client.environment;
-    boost::json::object arguments{{"term", textOrNothing(variable(environment, "TERM"))},
-                                  {"colorTerm", textOrNothing(variable(environment, "COLORTERM"))},
-                                  {"insideTmux", !variable(environment, "TMUX").empty()},
-                                  {"folder", textOrNothing(client.workingDirectory)}};
+    boost::json::object arguments{
+        {"term", textOrNothing(variable(environment, "TERM"))},
+        {"colorTerm", textOrNothing(variable(environment, "COLORTERM"))},
+        {"locale", rawValue(chooseLanguage({}, variable(environment, "LC_ALL"), variable(environment, "LANG")))},
+        {"insideTmux", !variable(environment, "TMUX").empty()},
+        {"folder", textOrNothing(client.workingDirectory)}};
     if (!project.empty()) arguments["project"] = textOrNothing(client.projectText(project));
     return client.requestLine("view", arguments);
 }

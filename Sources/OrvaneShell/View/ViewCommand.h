@@ -3,33 +3,37 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "OrvaneShell/View/Input/InputEvent.h"
+#include "OrvaneCore/Support/L10n.h"
 
 namespace orvane {
 
 class ViewContext;
 
-/// What a key behind the leader does.
+/// Something that the view does when it is asked for by a key or in the palette.
 struct ViewCommand {
     enum class Group { panes, sessions, tabs, projects, view };
 
     Group group = Group::panes;
-    /// As `KeyPattern` writes them; the first is the one that is shown.
-    std::vector<std::string_view> keys;
-    /// What the help calls them when they are not just the first: "1-9".
-    std::string_view shownKeys = {};
+    /// What people bind keys to: "split-right". Never changes, for it stands in their preferences.
+    std::string_view name;
     /// Key of the text that says what it does, in a few words.
     std::string_view textKey;
-    void (*run)(ViewContext& view, const KeyEvent& key) = nullptr;
+    void (*run)(ViewContext& view) = nullptr;
+    /// Of commands that the help tells in one row, such as those of the four directions: key of that row's text.
+    std::string_view familyKey = {};
+    /// What stands in the text, for those that are counted; 0 for the others.
+    int number = 0;
+    /// One wants it several times in a row: the keys before the last one need not be typed again.
+    bool repeats = false;
 
-    std::string_view shown() const { return shownKeys.empty() ? keys.front() : shownKeys; }
+    std::string label(const L10n& l10n) const;
+    std::string_view rowKey() const { return familyKey.empty() ? textKey : familyKey; }
 
     /// In the order of the help.
     static std::span<const ViewCommand> all();
-    /// Null for a key that means nothing.
-    static const ViewCommand* of(const KeyEvent& key);
+    /// Null when there is none.
+    static const ViewCommand* named(std::string_view name);
 };
 
 }  // namespace orvane

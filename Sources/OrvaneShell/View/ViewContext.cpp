@@ -16,13 +16,12 @@ constexpr Duration noticeTime = std::chrono::seconds(5);
 
 }  // namespace
 
-ViewContext::ViewContext(const Services& services, L10n texts, KeyPattern leaderKey, Actions does)
+ViewContext::ViewContext(const Services& services, Actions does)
     : store(services.store),
       tools(services.tools),
       agents(services.agents),
       history(services.history),
-      l10n(texts),
-      leader(leaderKey),
+      preferences(services.preferences),
       actions(std::move(does)) {}
 
 ViewContext::~ViewContext() = default;
@@ -52,6 +51,12 @@ void ViewContext::unsay(const std::string& line) {
     notice_.clear();
     noticeTimer_.reset();
     actions.requestFrame();
+}
+
+std::string ViewContext::keysOf(std::string_view name) const {
+    const ViewCommand* command = ViewCommand::named(name);
+    const auto keys = command == nullptr ? std::vector<KeySequence>() : bindings.keysOf(*command);
+    return keys.empty() ? std::string() : keys.front().shown(leader);
 }
 
 std::optional<Uuid> ViewContext::focusedLeaf() const {

@@ -10,7 +10,7 @@
 #include "Orvane/Agents/ToolsManager.h"
 #include "Orvane/History/HistoryService.h"
 #include "Orvane/Workspace/AppStore.h"
-#include "OrvaneShell/View/Input/KeyText.h"
+#include "OrvaneShell/View/Keys/KeyBindings.h"
 #include "OrvaneShell/View/PaneSelection.h"
 #include "OrvaneShell/View/ViewLayout.h"
 #include "OrvaneShell/View/ViewOverlay.h"
@@ -40,18 +40,21 @@ class ViewContext {
         ToolsManager& tools;
         CustomAgentStore& agents;
         HistoryService& history;
+        PreferencesStore& preferences;
     };
 
-    ViewContext(const Services& services, L10n texts, KeyPattern leaderKey, Actions actions);
+    ViewContext(const Services& services, Actions actions);
     ~ViewContext();
 
     AppStore& store;
     ToolsManager& tools;
     CustomAgentStore& agents;
     HistoryService& history;
+    PreferencesStore& preferences;
     L10n l10n;
     /// The key before a command.
     KeyPattern leader;
+    KeyBindings bindings;
     Actions actions;
 
     // What the last frame showed.
@@ -63,8 +66,12 @@ class ViewContext {
     std::optional<Uuid> zoomedLeaf;
     /// In a terminal too narrow for a side rail the rail shows when it was asked for.
     bool showsNarrowSidebar = false;
-    /// The leader was typed, and its command is still to come.
-    bool isLeaderDown = false;
+    /// Keys of a command of which more are to come.
+    KeySequence typed;
+    /// All keys are for the program in the focused pane.
+    bool isLocked = false;
+    /// The first lines that a new user reads, until they type or click.
+    bool showsWelcome = false;
     PaneSelection selection;
     std::unique_ptr<ViewOverlay> overlay;
     /// Beside the panes of these sessions.
@@ -89,7 +96,8 @@ class ViewContext {
     /// The title of the session of the last run that is still to come back into a pane.
     std::optional<std::string> comingBack(const Uuid& leaf) const;
     bool showsSidebar() const;
-    std::string leaderText() const { return KeyText::write(leader); }
+    /// The keys of a command as people type them, "C-b ?"; empty when it has none.
+    std::string keysOf(std::string_view command) const;
     /// Of this moment and with all panes; that of the last frame may be zoomed, or older than a split a moment ago.
     ViewLayout wholeLayout() const;
     Date now() const;

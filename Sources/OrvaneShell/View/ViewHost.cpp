@@ -13,11 +13,6 @@ namespace orvane {
 
 namespace {
 
-constexpr std::string_view leaderPreference = "view.leader";
-constexpr std::string_view defaultLeader = "C-b";
-/// Inside tmux, whose own leader is the default one.
-constexpr std::string_view nestedLeader = "C-a";
-
 std::string_view reasonOf(WorkspaceView::End end) {
     switch (end) {
         case WorkspaceView::End::detached:
@@ -56,21 +51,29 @@ FoundFolder lookAt(const L10n& l10n, const std::string& folder) {
 
 }  // namespace
 
-KeyPattern ViewHost::leader(bool isInsideTmux) const {
-    const auto chosen = KeyText::parse(preferences_.string(leaderPreference, {}));
-    return chosen ? *chosen : *KeyText::parse(isInsideTmux ? nestedLeader : defaultLeader);
+ViewHost::ViewHost(PreferencesStore& preferences, std::string home, std::function<void()> stopHost)
+    : preferences_(preferences), home_(std::move(home)), stopHost_(std::move(stopHost)) {
+    preferencesWatch_ = preferences_.onChange([this](std::string_view) {
+        for (const auto& [id, opened] : views_)
+            opened.view->apply(ViewSettings::of(preferences_, opened.client));
+    });
 }
 
 std::unique_ptr<WorkspaceView> ViewHost::make(HostContext& host, const JSONObject& arguments, TerminalDevice device,
                                               std::uint64_t id) {
-    const bool isInsideTmux = arguments.boolean("insideTmux");
+    const ViewSettings::Client client{.language = arguments.raw<Language>("locale").value_or(host.l10n.language),
+                                      .isInsideTmux = arguments.boolean("insideTmux")};
+    views_[id].client = client;
     AppStore& store = host.store;
     return std::make_unique<WorkspaceView>(
         WorkspaceView::Setup{
-            .services = {.store = store, .tools = host.tools, .agents = host.agents, .history = host.history},
-            .l10n = host.l10n,
-            .leader = leader(isInsideTmux),
-            .features = OuterTerminal::of(arguments.string("term"), arguments.string("colorTerm"), isInsideTmux),
+            .services = {.store = store,
+                         .tools = host.tools,
+                         .agents = host.agents,
+                         .history = host.history,
+                         .preferences = host.preferences},
+            .settings = ViewSettings::of(preferences_, client),
+            .features = OuterTerminal::of(arguments.string("term"), arguments.string("colorTerm"), client.isInsideTmux),
             .onEnd = [this, id](WorkspaceView::End end) { forget(id, end); },
             .stopHost = stopHost_,
             .openProject =

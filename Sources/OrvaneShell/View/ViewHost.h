@@ -15,8 +15,7 @@ namespace orvane {
 class ViewHost {
  public:
     /// `stopHost` runs when a view asks for the end of the host.
-    ViewHost(PreferencesStore& preferences, std::string home, std::function<void()> stopHost)
-        : preferences_(preferences), home_(std::move(home)), stopHost_(std::move(stopHost)) {}
+    ViewHost(PreferencesStore& preferences, std::string home, std::function<void()> stopHost);
 
     /// Serves the verb `view`.
     Outcome open(HostContext& host, const JSONObject& arguments);
@@ -26,12 +25,12 @@ class ViewHost {
  private:
     struct Opened {
         std::unique_ptr<WorkspaceView> view;
+        ViewSettings::Client client;
         std::function<void(const Outcome&)> answer;
     };
 
     std::unique_ptr<WorkspaceView> make(HostContext& host, const JSONObject& arguments, TerminalDevice device,
                                         std::uint64_t id);
-    KeyPattern leader(bool isInsideTmux) const;
     void attend(LineServer::Connection& connection, std::uint64_t id);
     void replaceOthers();
     void forget(std::uint64_t id, WorkspaceView::End end);
@@ -46,6 +45,7 @@ class ViewHost {
     std::function<void()> stopHost_;
     std::map<std::uint64_t, Opened> views_;
     std::uint64_t lastId_ = 0;
+    Registration preferencesWatch_;
     /// For work that is still under way when the host ends.
     std::shared_ptr<ViewHost*> self_ = std::make_shared<ViewHost*>(this);
 };

@@ -26,6 +26,7 @@ constexpr Duration longestHold = 1100ms;
 constexpr Duration bellInterval = 200ms;
 /// The echo of a key comes in one piece, what a program draws then in a few.
 constexpr int answersToAKey = 3;
+constexpr std::string_view welcomedKey = "view.welcomed";
 
 }  // namespace
 
@@ -35,7 +36,7 @@ WorkspaceView::WorkspaceView(Setup setup, TerminalDevice device)
                 {.onInput = [this](const InputEvent& event) { take(event); },
                  .paint = [this](Canvas& canvas) { paint(canvas); },
                  .onGone = [this] { end(End::gone); }}),
-      context_(setup_.services, setup_.l10n, setup_.leader,
+      context_(setup_.services,
                {.requestFrame = [this] { requestFrame(); },
                 .detach = [this] { end(End::detached); },
                 .stopHost = [this] { setup_.stopHost(); },
@@ -44,7 +45,16 @@ WorkspaceView::WorkspaceView(Setup setup, TerminalDevice device)
 
 WorkspaceView::~WorkspaceView() = default;
 
+void WorkspaceView::apply(ViewSettings settings) {
+    context_.l10n = settings.l10n;
+    context_.leader = settings.leader;
+    context_.bindings = std::move(settings.bindings);
+    context_.typed = {};
+    noteChange();
+}
+
 void WorkspaceView::start() {
+    apply(std::move(setup_.settings));
     AppStore& store = setup_.services.store;
     changes_ = store.changed.subscribe([this] { noteChange(); });
     outputs_ = store.sessionOutput.subscribe([this](const SessionController& session) {
@@ -56,6 +66,8 @@ void WorkspaceView::start() {
     events_ = store.sessionEvents.subscribe([this](const SessionEvent& event) { ringFor(event); });
     ageTimer_ = store.loop().every(ageInterval, ageTolerance, [this] { requestFrame(); });
     store.becameActive();
+    context_.showsWelcome = !setup_.services.preferences.boolean(welcomedKey, false);
+    if (context_.showsWelcome) setup_.services.preferences.setBoolean(welcomedKey, true);
     terminal_.start();
     noteChange();
 }
@@ -88,26 +100,17 @@ void WorkspaceView::take(const InputEvent& event) {
 }
 
 void WorkspaceView::takeKey(const KeyEvent& key) {
+    if (std::exchange(context_.showsWelcome, false)) requestFrame();
     const bool isUp = key.action == KeyEvent::Action::release;
-    if (context_.isLeaderDown && !isUp) {
-        takeCommand(key);
-    } else if (!isUp && context_.leader.matches(key)) {
-        context_.close();
-        context_.isLeaderDown = true;
-    } else if (context_.overlay != nullptr) {
+    const auto taken = isUp ? CommandKeys::Taken::no : commandKeys_.take(context_, key);
+    if (taken == CommandKeys::Taken::passOn) {
+        takePaneKey(key);
+    } else if (taken == CommandKeys::Taken::no && context_.overlay != nullptr) {
         if (!isUp) takeOverlayKey(key);
-    } else {
+    } else if (taken == CommandKeys::Taken::no) {
         return takePaneKey(key);
     }
     if (!isOver_) requestFrame(ViewTerminal::Haste::prompt);
-}
-
-void WorkspaceView::takeCommand(const KeyEvent& key) {
-    if (key.name == KeyName::functional || key.name == KeyName::other) return;  // Shift alone, on its way to "%"
-    context_.isLeaderDown = false;
-    if (context_.leader.matches(key)) return takePaneKey(key);
-    if (const ViewCommand* command = ViewCommand::of(key)) return command->run(context_, key);
-    if (key.name != KeyName::escape) context_.say(context_.l10n.text("view.noCommand", context_.leaderText() + " ?"));
 }
 
 void WorkspaceView::takeOverlayKey(const KeyEvent& key) {
@@ -123,12 +126,12 @@ void WorkspaceView::takePaneKey(const KeyEvent& key) {
     if (session == nullptr) {
         const auto leaf = context_.focusedLeaf();
         const bool isFree = leaf && !context_.comingBack(*leaf);
-        if (isPress && isFree && key.name == KeyName::enter) SessionCommands::launch(context_, key);
+        if (isPress && isFree && key.name == KeyName::enter) SessionCommands::launch(context_);
         return;
     }
     if (!session->isActive()) {
         if (isPress && key.name == KeyName::enter) return SessionCommands::restart(context_, *session);
-        if (isPress && (key.character == 'x' || key.character == 'q')) PaneCommands::close(context_, key);
+        if (isPress && (key.character == 'x' || key.character == 'q')) PaneCommands::close(context_);
         return;
     }
     HeadlessTerminal* headless = session->terminal();
@@ -146,7 +149,10 @@ void WorkspaceView::takePaneKey(const KeyEvent& key) {
 }
 
 void WorkspaceView::takeMouse(const MouseEvent& mouse) {
-    if (context_.isLeaderDown && mouse.action == MouseEvent::Action::press) context_.isLeaderDown = false;
+    if (mouse.action == MouseEvent::Action::press) {
+        context_.typed = {};
+        context_.showsWelcome = false;
+    }
     mouse_.take(context_, sidebar_, mouse);
 }
 
@@ -282,7 +288,8 @@ void WorkspaceView::paint(Canvas& canvas) {
     }
     panes_.paint(context_, canvas, isWhole ? PanePainter::Part::whole : PanePainter::Part::contents);
     if (isWhole) paintSurroundings(canvas);
-    if (context_.isLeaderDown) FramePainter::paintCommands(context_, canvas);
+    if (context_.showsWelcome) FramePainter::paintWelcome(context_, canvas);
+    if (!context_.typed.isEmpty()) FramePainter::paintCommands(context_, canvas);
     terminal_.trackMotion(ViewMouse::wantsMotion(context_));
     if (panes_.isHeldBack()) {
         holdTimer_ = setup_.services.store.loop().after(longestHold, [this] { terminal_.requestFrame(); });

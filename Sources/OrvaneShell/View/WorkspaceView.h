@@ -5,10 +5,12 @@
 #include <string_view>
 
 #include "OrvaneShell/View/Input/PasteEncoder.h"
+#include "OrvaneShell/View/Keys/CommandKeys.h"
 #include "OrvaneShell/View/Painting/PanePainter.h"
 #include "OrvaneShell/View/Painting/SidebarPainter.h"
 #include "OrvaneShell/View/ViewContext.h"
 #include "OrvaneShell/View/ViewMouse.h"
+#include "OrvaneShell/View/ViewSettings.h"
 #include "OrvaneShell/View/ViewTerminal.h"
 
 namespace orvane {
@@ -21,8 +23,7 @@ class WorkspaceView {
 
     struct Setup {
         ViewContext::Services services;
-        L10n l10n;
-        KeyPattern leader;
+        ViewSettings settings;
         OuterTerminal features;
         /// The view is over and has written its last byte. Called once, not from within a call of this object's; may
         /// destroy it.
@@ -43,13 +44,14 @@ class WorkspaceView {
     void end(End end, Client client = Client::waits);
     void noteSize() { terminal_.noteSize(); }
     void redraw() { terminal_.redraw(); }
+    /// What the user has chosen meanwhile.
+    void apply(ViewSettings settings);
     ViewContext& context() { return context_; }
 
  private:
     void take(const InputEvent& event);
     void takeKey(const KeyEvent& key);
     void takeOverlayKey(const KeyEvent& key);
-    void takeCommand(const KeyEvent& key);
     void takePaneKey(const KeyEvent& key);
     void takeMouse(const MouseEvent& mouse);
     void takePaste(const PasteEvent& paste);
@@ -70,6 +72,7 @@ class WorkspaceView {
     PanePainter panes_;
     SidebarPainter sidebar_;
     ViewMouse mouse_;
+    CommandKeys commandKeys_;
     bool hasFocus_ = true;
     bool isOver_ = false;
     /// The session whose program was told that it has the focus.

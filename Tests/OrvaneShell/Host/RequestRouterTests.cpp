@@ -77,7 +77,9 @@ class RequestRouterTest : public testing::ServicesFixture {
 
     int stops = 0;
     RequestRouter router{
-        {.store = *store, .agents = agents, .tools = *tools, .history = *history}, {}, [this] { ++stops; }};
+        {.store = *store, .agents = agents, .tools = *tools, .history = *history, .preferences = preferences},
+        {},
+        [this] { ++stops; }};
 };
 
 TEST_F(RequestRouterTest, AnswersWhatIsNoRequestWithAnError) {
@@ -321,6 +323,7 @@ TEST_F(RequestRouterTest, TheViewIsOpenedByWhoeverOffersOne) {
                             .agents = agents,
                             .tools = *tools,
                             .history = *history,
+                            .preferences = preferences,
                             .openView = [](HostContext& host, const JSONObject& arguments) -> Outcome {
                                 EXPECT_FALSE(host.connection.expired());
                                 return JsonValue{{"reason", arguments.string("project")}};

@@ -6,7 +6,7 @@
 
 namespace orvane::FrameCommands {
 
-void toggleSidebar(ViewContext& view, const KeyEvent& /*key*/) {
+void toggleSidebar(ViewContext& view) {
     if (view.cols < ViewLayout::colsForSidebar) {
         view.showsNarrowSidebar = !view.showsNarrowSidebar;
     } else {
@@ -14,16 +14,21 @@ void toggleSidebar(ViewContext& view, const KeyEvent& /*key*/) {
     }
 }
 
-void detach(ViewContext& view, const KeyEvent& /*key*/) {
+void lock(ViewContext& view) {
+    view.isLocked = !view.isLocked;
+    view.close();
+}
+
+void detach(ViewContext& view) {
     view.actions.detach();
 }
 
-void quit(ViewContext& view, const KeyEvent& /*key*/) {
+void quit(ViewContext& view) {
     // The view asks by itself when the store says that somebody has to.
     if (view.store.requestQuit(AppStore::Window::visible) == AppStore::QuitReply::now) view.actions.stopHost();
 }
 
-void help(ViewContext& view, const KeyEvent& /*key*/) {
+void help(ViewContext& view) {
     view.open(std::make_unique<HelpOverlay>());
 }
 

@@ -11,18 +11,12 @@ namespace {
 
 using Item = ListOverlay::Item;
 
-/// Those that several keys have do different things with each; what they lead to is in the list itself.
-bool isOneThing(const ViewCommand& command) {
-    return command.shownKeys.empty() && command.run != palette;
-}
-
 std::vector<Item> actions(const ViewContext& view) {
     std::vector<Item> items;
     for (const ViewCommand& command : ViewCommand::all()) {
-        if (!isOneThing(command)) continue;
-        items.push_back({.label = view.l10n.text(command.textKey),
-                         .detail = view.leaderText() + " " + std::string(command.shown()),
-                         .choose = [run = command.run](ViewContext& with) { run(with, {}); }});
+        if (command.run == palette) continue;
+        items.push_back(
+            {.label = command.label(view.l10n), .detail = view.keysOf(command.name), .choose = command.run});
     }
     return items;
 }
@@ -48,7 +42,7 @@ std::vector<Item> everything(const ViewContext& view) {
 
 }  // namespace
 
-void palette(ViewContext& view, const KeyEvent& /*key*/) {
+void palette(ViewContext& view) {
     view.open(std::make_unique<ListOverlay>(view, view.l10n.text("view.palette.title"), everything));
 }
 

@@ -1,4 +1,5 @@
 #include "OrvaneCore/Workspace/PaneLayout.h"
+#include "OrvaneCore/Workspace/PaneMetrics.h"
 #include "OrvaneShell/View/Commands/ViewCommands.h"
 #include "OrvaneShell/View/Overlays/HistoryMode.h"
 #include "OrvaneShell/View/Overlays/ListOverlay.h"
@@ -52,6 +53,27 @@ void saveLayout(ViewContext& view) {
                                               }));
 }
 
+/// Shows what the focused pane shows in another tab.
+void sendTo(ViewContext& view, const Uuid& surface) {
+    const auto leaf = view.focusedLeaf();
+    const auto pane = leaf ? view.store.workspace().paneOfLeaf(*leaf) : std::nullopt;
+    const SessionController* session = view.focusedSession();
+    if (!pane || session == nullptr) return;
+    view.zoomedLeaf.reset();
+    view.store.moveToSurface(session->id(), surface);
+}
+
+void deleteLayout(ViewContext& view) {
+    view.open(std::make_unique<ListOverlay>(view, view.l10n.text("view.layouts.deleteTitle"), [](const auto& with) {
+        std::vector<ListOverlay::Item> items;
+        for (const PaneTemplate& saved : with.store.workspace().templates)
+            items.push_back({.label = saved.name,
+                             .choose = [id = saved.id](ViewContext& then) { then.store.removeTemplate(id); },
+                             .staysOpen = true});
+        return items;
+    }));
+}
+
 ListOverlay::Item layoutItem(std::string label, std::string detail, const PaneNode& shape) {
     return {.label = std::move(label), .detail = std::move(detail), .choose = [shape](ViewContext& with) {
                 if (!with.layout.surface) return;
@@ -67,67 +89,117 @@ ListOverlay::Item layoutItem(std::string label, std::string detail, const PaneNo
 
 std::vector<ListOverlay::Item> layoutItems(const ViewContext& view) {
     std::vector<ListOverlay::Item> items;
-    items.reserve(std::size(PaneLayout::all) + view.store.workspace().templates.size() + 1);
+    items.reserve(std::size(PaneLayout::all) + view.store.workspace().templates.size() + 2);
     for (const PaneLayout& layout : PaneLayout::all)
         items.push_back(layoutItem(view.l10n.text(layout.textKey), {}, layout.build()));
     for (const PaneTemplate& saved : view.store.workspace().templates)
         items.push_back(layoutItem(saved.name, view.l10n.text("layout.saved"), saved.node));
     items.push_back({.label = view.l10n.text("view.layouts.save"), .choose = saveLayout});
+    if (!view.store.workspace().templates.empty())
+        items.push_back({.label = view.l10n.text("view.layouts.delete"), .choose = deleteLayout});
     return items;
 }
 
-void splitColumns(ViewContext& view, const KeyEvent& /*key*/) {
+void splitColumns(ViewContext& view) {
     split(view, PaneAxis::horizontal);
 }
 
-void splitRows(ViewContext& view, const KeyEvent& /*key*/) {
+void splitRows(ViewContext& view) {
     split(view, PaneAxis::vertical);
 }
 
-void focusBeside(ViewContext& view, const KeyEvent& key) {
-    const auto direction = directionOf(key);
+void open(ViewContext& view) {
     const auto leaf = view.focusedLeaf();
-    if (!direction || !leaf) return;
     const ViewLayout whole = view.wholeLayout();
-    if (const ViewLayout::Pane* next = whole.neighbour(*leaf, *direction)) view.focus(next->leaf);
+    const ViewLayout::Pane* pane = leaf ? whole.pane(*leaf) : nullptr;
+    if (pane == nullptr) return;
+    const PaneSize size{pane->body.cols * CellPoints::width, pane->body.rows * CellPoints::height};
+    // Where neither half would be comfortable, the longer side is halved.
+    const PaneAxis longer = size.width >= size.height ? PaneAxis::horizontal : PaneAxis::vertical;
+    split(view, PaneMetrics::splitAxis(size).value_or(longer));
 }
 
-void focusNext(ViewContext& view, const KeyEvent& /*key*/) {
+void focus(ViewContext& view, ViewLayout::Direction direction) {
+    const auto leaf = view.focusedLeaf();
+    if (!leaf) return;
+    const ViewLayout whole = view.wholeLayout();
+    if (const ViewLayout::Pane* next = whole.neighbour(*leaf, direction)) view.focus(next->leaf);
+}
+
+void pull(ViewContext& view, ViewLayout::Direction direction) {
+    view.zoomedLeaf.reset();
+    if (const auto leaf = view.focusedLeaf()) ResizeMode::pullEdge(view, *leaf, direction);
+}
+
+void focusNext(ViewContext& view) {
     focusAway(view, 1);
 }
 
-void focusPrevious(ViewContext& view, const KeyEvent& /*key*/) {
+void focusPrevious(ViewContext& view) {
     focusAway(view, -1);
 }
 
-void zoom(ViewContext& view, const KeyEvent& /*key*/) {
+void zoom(ViewContext& view) {
     const auto leaf = view.focusedLeaf();
     view.zoomedLeaf = view.zoomedLeaf == leaf ? std::nullopt : leaf;
 }
 
-void resize(ViewContext& view, const KeyEvent& /*key*/) {
+void resize(ViewContext& view) {
     view.zoomedLeaf.reset();
     view.open(std::make_unique<ResizeMode>());
 }
 
-void move(ViewContext& view, const KeyEvent& /*key*/) {
+void move(ViewContext& view) {
     view.zoomedLeaf.reset();
     view.open(std::make_unique<MoveMode>());
 }
 
-void layouts(ViewContext& view, const KeyEvent& /*key*/) {
+void breakOut(ViewContext& view) {
+    const auto project = view.project();
+    const auto leaf = view.focusedLeaf();
+    const SessionController* session = view.focusedSession();
+    if (!project || !leaf || session == nullptr) return;
+    if (view.wholeLayout().panes.size() < 2) return view.say(view.l10n.text("view.pane.alone"));
+    const SurfaceMeta meta = SurfaceMeta::workspace(view.l10n.text("shell.tab.workspace"));
+    const Uuid moved = session->id();
+    view.zoomedLeaf.reset();
+    view.store.openSurface(*project, meta);
+    view.store.moveToSurface(moved, meta.id);
+}
+
+void sendToTab(ViewContext& view) {
+    if (view.focusedSession() == nullptr) return;
+    view.open(std::make_unique<ListOverlay>(view, view.l10n.text("view.sendToTab.title"), [](const auto& with) {
+        std::vector<ListOverlay::Item> items;
+        const auto project = with.project();
+        for (const SurfaceMeta& meta :
+             project ? with.store.workspace().visibleSurfaces(*project) : std::vector<SurfaceMeta>()) {
+            const bool isWorkspace = with.store.workspace().surfaceTrees.contains(meta.id);
+            if (!isWorkspace || with.layout.surface == meta.id) continue;
+            items.push_back({.label = TabCommands::titleOf(with, meta),
+                             .choose = [id = meta.id](ViewContext& then) { sendTo(then, id); }});
+        }
+        items.push_back({.label = with.l10n.text("view.sendToTab.new"), .choose = breakOut});
+        return items;
+    }));
+}
+
+void layouts(ViewContext& view) {
     view.open(std::make_unique<ListOverlay>(view, view.l10n.text("view.layouts.title"), layoutItems));
 }
 
-void history(ViewContext& view, const KeyEvent& key) {
-    SessionController* session = view.focusedSession();
+void history(ViewContext& view) {
+    const SessionController* session = view.focusedSession();
     if (session == nullptr || session->terminal() == nullptr) return;
-    auto mode = std::make_unique<HistoryMode>(session->id());
-    if (key.name == KeyName::pageUp) mode->key(view, key);
-    view.open(std::move(mode));
+    view.open(std::make_unique<HistoryMode>(session->id()));
 }
 
-void search(ViewContext& view, const KeyEvent& /*key*/) {
+void historyPage(ViewContext& view) {
+    history(view);
+    if (view.overlay != nullptr) view.overlay->key(view, {.name = KeyName::pageUp});
+}
+
+void search(ViewContext& view) {
     const SessionController* session = view.focusedSession();
     if (session == nullptr || session->terminal() == nullptr) return;
     auto mode = std::make_unique<HistoryMode>(session->id());
@@ -135,7 +207,7 @@ void search(ViewContext& view, const KeyEvent& /*key*/) {
     view.open(std::move(mode));
 }
 
-void close(ViewContext& view, const KeyEvent& /*key*/) {
+void close(ViewContext& view) {
     const auto leaf = view.focusedLeaf();
     if (!leaf) return;
     const SessionController* session = view.focusedSession();

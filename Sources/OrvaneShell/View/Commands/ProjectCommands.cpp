@@ -21,15 +21,15 @@ void walk(ViewContext& view, int offset) {
 
 }  // namespace
 
-void next(ViewContext& view, const KeyEvent& /*key*/) {
+void next(ViewContext& view) {
     walk(view, 1);
 }
 
-void previous(ViewContext& view, const KeyEvent& /*key*/) {
+void previous(ViewContext& view) {
     walk(view, -1);
 }
 
-void open(ViewContext& view, const KeyEvent& /*key*/) {
+void open(ViewContext& view) {
     const SessionController* session = view.focusedSession();
     std::string folder = session != nullptr ? session->identity().projectPath : std::string("~/");
     if (!folder.ends_with('/')) folder += '/';
@@ -40,7 +40,7 @@ void open(ViewContext& view, const KeyEvent& /*key*/) {
                                               }));
 }
 
-void rename(ViewContext& view, const KeyEvent& /*key*/) {
+void rename(ViewContext& view) {
     const auto shown = view.project();
     const Project* project = shown ? view.store.workspace().project(*shown) : nullptr;
     if (project == nullptr) return;
@@ -51,7 +51,7 @@ void rename(ViewContext& view, const KeyEvent& /*key*/) {
                                               }));
 }
 
-void fold(ViewContext& view, const KeyEvent& /*key*/) {
+void fold(ViewContext& view) {
     if (const auto shown = view.project()) view.store.toggleCollapsed(*shown);
 }
 

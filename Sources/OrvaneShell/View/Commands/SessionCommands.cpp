@@ -78,14 +78,14 @@ std::vector<Item> launchItems(const ViewContext& view) {
     return items;
 }
 
-/// Of the sessions that need the user the most urgent, after the one that has the focus.
-SessionController* mostUrgent(const ViewContext& view) {
+/// Of the sessions that are so the one that has been for the longest time, over all projects, but for the one that has
+/// the focus.
+SessionController* longest(const ViewContext& view, bool (*isSo)(const SessionController&)) {
     const SessionController* focused = view.focusedSession();
     SessionController* first = nullptr;
-    for (const SidebarRow& row : SidebarRow::of(view.store, view.now(), SidebarRow::Folded::shown)) {
-        SessionController* session = row.session ? view.store.session(*row.session) : nullptr;
-        if (session == nullptr || !SidebarRow::needsUser(*session) || session == focused) continue;
-        if (first == nullptr || session->evidence().since < first->evidence().since) first = session;
+    for (const auto& session : view.store.sessions()) {
+        if (!isSo(*session) || session.get() == focused) continue;
+        if (first == nullptr || session->evidence().since < first->evidence().since) first = session.get();
     }
     return first;
 }
@@ -113,8 +113,8 @@ std::vector<Item> destinations(const ViewContext& view) {
     return items;
 }
 
-void launch(ViewContext& view, const KeyEvent& /*key*/) {
-    if (!view.project()) return ProjectCommands::open(view, {});
+void launch(ViewContext& view) {
+    if (!view.project()) return ProjectCommands::open(view);
     // What is installed may have changed since the last look; the list says so while it is found out.
     view.tools.refresh();
     auto list = std::make_unique<ListOverlay>(view, view.l10n.text("view.launch.title"), launchItems);
@@ -123,36 +123,46 @@ void launch(ViewContext& view, const KeyEvent& /*key*/) {
     view.store.interface().overlay = Overlay::launcher;
 }
 
-void goTo(ViewContext& view, const KeyEvent& /*key*/) {
+void goTo(ViewContext& view) {
     view.open(std::make_unique<ListOverlay>(view, view.l10n.text("view.goTo.title"), destinations));
 }
 
-void answer(ViewContext& view, const KeyEvent& /*key*/) {
+void answer(ViewContext& view) {
     const SessionController* session = view.focusedSession();
-    if (session == nullptr || !SessionQuestion::isAsked(*session)) session = mostUrgent(view);
+    if (session == nullptr || !SessionQuestion::isAsked(*session)) session = longest(view, SessionQuestion::isAsked);
     if (session == nullptr || !SessionQuestion::isAsked(*session)) return view.say(view.l10n.text("view.nobodyAsks"));
-    view.open(std::make_unique<AnswerOverlay>(session->id()));
+    view.open(std::make_unique<AnswerOverlay>(session->id(), AnswerOverlay::Scope::one));
 }
 
-void nextCall(ViewContext& view, const KeyEvent& /*key*/) {
-    const SessionController* session = mostUrgent(view);
+void waiting(ViewContext& view) {
+    const SessionController* focused = view.focusedSession();
+    const bool isFocused = focused != nullptr && SessionQuestion::isAsked(*focused);
+    const SessionController* first = longest(view, SessionQuestion::isAsked);
+    if (first == nullptr && !isFocused) return view.say(view.l10n.text("view.nobodyAsks"));
+    view.open(
+        std::make_unique<AnswerOverlay>(first == nullptr ? focused->id() : first->id(), AnswerOverlay::Scope::all));
+}
+
+void nextCall(ViewContext& view) {
+    const SessionController* session = longest(view, SidebarRow::needsUser);
+    if (session == nullptr) session = longest(view, [](const auto& each) { return each.hasUnseenEnd(); });
     if (session == nullptr) return view.say(view.l10n.text("view.nobodyAsks"));
     view.zoomedLeaf.reset();
     view.store.selectSession(session->id());
 }
 
-void conversations(ViewContext& view, const KeyEvent& /*key*/) {
+void conversations(ViewContext& view) {
     view.open(std::make_unique<ConversationsOverlay>(view));
 }
 
-void trace(ViewContext& view, const KeyEvent& /*key*/) {
+void trace(ViewContext& view) {
     const SessionController* session = view.focusedSession();
     if (session == nullptr || !isAgent(session->identity().kind)) return view.say(view.l10n.text("view.trace.noAgent"));
     const Uuid id = session->id();
     if (view.tracePanels.erase(id) == 0) view.tracePanels.emplace(id, std::make_unique<TracePanel>());
 }
 
-void rename(ViewContext& view, const KeyEvent& /*key*/) {
+void rename(ViewContext& view) {
     const SessionController* session = view.focusedSession();
     if (session == nullptr) return;
     view.open(std::make_unique<PromptOverlay>(view.l10n.text("view.rename.session"), session->title(),

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <iterator>
+
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Workspace/SurfaceList.h"
 #include "OrvaneCore/Workspace/SurfaceTabs.h"
@@ -28,12 +31,15 @@ void walk(ViewContext& view, int offset) {
 
 }  // namespace
 
+std::string titleOf(const ViewContext& view, const SurfaceMeta& meta) {
+    return Text::oneLine(SurfaceTabs::title(meta.title, meta.payload, view.l10n.text("shell.tab.workspace")));
+}
+
 std::vector<ListOverlay::Item> tabItems(const ViewContext& view) {
     std::vector<ListOverlay::Item> items;
     for (const Project& project : view.store.workspace().projects) {
         for (const SurfaceMeta& meta : view.store.workspace().visibleSurfaces(project.id)) {
-            items.push_back({.label = Text::oneLine(
-                                 SurfaceTabs::title(meta.title, meta.payload, view.l10n.text("shell.tab.workspace"))),
+            items.push_back({.label = titleOf(view, meta),
                              .detail = project.name,
                              .choose = [project = project.id, surface = meta.id](ViewContext& with) {
                                  if (with.project() != project) with.store.selectProject(project);
@@ -44,7 +50,7 @@ std::vector<ListOverlay::Item> tabItems(const ViewContext& view) {
     return items;
 }
 
-void open(ViewContext& view, const KeyEvent& /*key*/) {
+void open(ViewContext& view) {
     const auto project = view.project();
     if (!project) return;
     view.zoomedLeaf.reset();
@@ -52,19 +58,31 @@ void open(ViewContext& view, const KeyEvent& /*key*/) {
     view.launch({.kind = SessionKind::shell});
 }
 
-void next(ViewContext& view, const KeyEvent& /*key*/) {
+void next(ViewContext& view) {
     walk(view, 1);
 }
 
-void previous(ViewContext& view, const KeyEvent& /*key*/) {
+void previous(ViewContext& view) {
     walk(view, -1);
 }
 
-void select(ViewContext& view, const KeyEvent& key) {
-    show(view, SurfaceList::at(static_cast<int>(key.character - '0'), strip(view)));
+void selectAt(ViewContext& view, int number) {
+    show(view, SurfaceList::at(number, strip(view)));
 }
 
-void rename(ViewContext& view, const KeyEvent& /*key*/) {
+void moveLeft(ViewContext& view) {
+    const auto tabs = strip(view);
+    const auto at = std::ranges::find(tabs, view.layout.surface, &SurfaceMeta::id);
+    if (at != tabs.end() && at != tabs.begin()) view.store.moveSurface(at->id, std::prev(at)->id);
+}
+
+void moveRight(ViewContext& view) {
+    const auto tabs = strip(view);
+    const auto at = std::ranges::find(tabs, view.layout.surface, &SurfaceMeta::id);
+    if (at != tabs.end() && std::next(at) != tabs.end()) view.store.moveSurface(std::next(at)->id, at->id);
+}
+
+void rename(ViewContext& view) {
     const auto surface = view.layout.surface;
     const SurfaceMeta* meta = surface ? view.store.workspace().surface(*surface) : nullptr;
     if (meta == nullptr) return;
@@ -75,7 +93,7 @@ void rename(ViewContext& view, const KeyEvent& /*key*/) {
                                               }));
 }
 
-void close(ViewContext& view, const KeyEvent& /*key*/) {
+void close(ViewContext& view) {
     const auto surface = view.layout.surface;
     if (!surface) return;
     view.open(std::make_unique<ConfirmOverlay>(ConfirmOverlay::Question{
@@ -87,11 +105,13 @@ void close(ViewContext& view, const KeyEvent& /*key*/) {
 }
 
 void showHidden(ViewContext& view) {
+    if (view.layout.hiddenTabs.empty()) return view.say(view.l10n.text("view.tab.noneHidden"));
     view.open(std::make_unique<ListOverlay>(view, view.l10n.text("shell.tab.overflow"), [](const ViewContext& with) {
         std::vector<ListOverlay::Item> items;
         items.reserve(with.layout.hiddenTabs.size());
         for (const SurfaceMeta& meta : with.layout.hiddenTabs) {
-            items.push_back({.label = meta.title, .choose = [id = meta.id](ViewContext& then) { show(then, id); }});
+            items.push_back(
+                {.label = titleOf(with, meta), .choose = [id = meta.id](ViewContext& then) { show(then, id); }});
         }
         return items;
     }));

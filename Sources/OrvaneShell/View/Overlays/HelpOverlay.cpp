@@ -1,22 +1,28 @@
 #include "OrvaneShell/View/Overlays/HelpOverlay.h"
 
 #include <algorithm>
+#include <array>
+#include <optional>
+#include <vector>
 
+#include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/View/CanvasPen.h"
+#include "OrvaneShell/View/Keys/CommandRows.h"
 #include "OrvaneShell/View/Painting/DialogBox.h"
 #include "OrvaneShell/View/Painting/ViewLook.h"
-#include "OrvaneShell/View/ViewCommand.h"
 #include "OrvaneShell/View/ViewContext.h"
 
 namespace orvane {
 
 namespace {
 
-constexpr int helpCols = 60;
-constexpr int keyCols = 8;
+/// A column is never so narrow that its texts mean nothing, nor wider than they are.
+constexpr int narrowest = 24;
+constexpr int widest = 44;
+constexpr int between = 2;
 
 struct Line {
-    std::string_view keys;  ///< of a heading none
+    std::string keys = {};  ///< of a heading none
     std::string text;
 };
 
@@ -25,38 +31,78 @@ std::vector<Line> linesOf(const ViewContext& view) {
         "view.group.panes", "view.group.sessions", "view.group.tabs", "view.group.projects", "view.group.view"};
     std::vector<Line> lines;
     std::optional<ViewCommand::Group> group;
-    for (const ViewCommand& command : ViewCommand::all()) {
-        if (group != command.group) {
-            if (group) lines.push_back({});
-            group = command.group;
-            lines.push_back({{}, view.l10n.text(headings.at(static_cast<std::size_t>(command.group)))});
+    for (CommandRow& row : CommandRow::of(view, {})) {
+        if (group != row.group) {
+            group = row.group;
+            lines.push_back({.text = view.l10n.text(headings.at(static_cast<std::size_t>(row.group)))});
         }
-        lines.push_back({command.shown(), view.l10n.text(command.textKey)});
+        lines.push_back({.keys = std::move(row.keys), .text = std::move(row.text)});
     }
-    lines.push_back({});
-    lines.push_back({{}, view.l10n.text("view.group.mouse")});
-    lines.push_back({" ", view.l10n.text("view.help.mouse")});
+    lines.push_back({.text = view.l10n.text("view.group.mouse")});
+    for (const char* key : {"view.help.mouse.select", "view.help.mouse.move", "view.help.mouse.shift"})
+        lines.push_back({.keys = " ", .text = view.l10n.text(key)});
+    return lines;
+}
+
+int widthOf(const std::string& text) {
+    return static_cast<int>(Text::displayWidth(text));
+}
+
+/// As many columns as are needed to see all lines at once, and as few as possible.
+struct Columns {
+    int count = 1;
+    int keyCols = 0;
+    int cols = 0;
+    int rows = 0;
+
+    static Columns of(const std::vector<Line>& lines, int room, int rows) {
+        Columns columns;
+        int textCols = 0;
+        for (const Line& line : lines) {
+            columns.keyCols = std::max(columns.keyCols, widthOf(line.keys) + 1);
+            textCols = std::max(textCols, widthOf(line.text));
+        }
+        const auto count = static_cast<int>(lines.size());
+        const int wanted = std::min(columns.keyCols + textCols, widest);
+        columns.count = std::clamp((count + rows - 1) / std::max(rows, 1), 1,
+                                   std::max(1, (room + between) / (narrowest + between)));
+        columns.cols = std::min(wanted, (room + between) / columns.count - between);
+        columns.rows = (count + columns.count - 1) / columns.count;
+        return columns;
+    }
+};
+
+/// A heading at the foot of a column goes to the head of the next one.
+std::vector<Line> withoutLoneHeadings(std::vector<Line> lines, int rows) {
+    for (auto at = static_cast<std::size_t>(rows) - 1; at + 1 < lines.size(); at += static_cast<std::size_t>(rows)) {
+        if (lines[at].keys.empty()) lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(at), Line());
+    }
     return lines;
 }
 
 }  // namespace
 
 void HelpOverlay::paint(const ViewContext& view, Canvas& canvas) {
-    const auto lines = linesOf(view);
-    const auto count = static_cast<int>(lines.size());
-    const CellRect inside =
-        DialogBox::paint(canvas, view.l10n.text("view.help.title", view.leaderText()), helpCols, count);
+    auto lines = linesOf(view);
+    Columns columns = Columns::of(lines, canvas.cols() - 4, canvas.rows() - 3);
+    lines = withoutLoneHeadings(std::move(lines), columns.rows);
+    columns.rows = std::max(columns.rows, (static_cast<int>(lines.size()) + columns.count - 1) / columns.count);
+    const int cols = columns.count * (columns.cols + between) - between;
+    const std::string title = view.l10n.text("view.help.title", KeyText::write(view.leader));
+    const CellRect inside = DialogBox::paint(canvas, title, cols, columns.rows);
     CanvasPen pen(canvas, inside);
-    lastFirst_ = std::max(0, count - inside.rows);
+    lastFirst_ = std::max(0, columns.rows - inside.rows);
     first_ = std::clamp(first_, 0, lastFirst_);
-    for (int row = 0; row < inside.rows && first_ + row < count; ++row) {
-        const Line& line = lines[static_cast<std::size_t>(first_) + static_cast<std::size_t>(row)];
-        const int y = inside.y + row;
+    for (int index = 0; index < static_cast<int>(lines.size()); ++index) {
+        const Line& line = lines[static_cast<std::size_t>(index)];
+        const int y = inside.y + index % columns.rows - first_;
+        if (y < inside.y || y >= inside.bottom()) continue;
+        const int x = inside.x + index / columns.rows * (columns.cols + between);
         if (line.keys.empty()) {
-            pen.text(inside.x, y, line.text, ViewLook::bold);
+            pen.text(x, y, line.text, ViewLook::bold, columns.cols);
         } else {
-            pen.text(inside.x + 1, y, line.keys, ViewLook::key, keyCols);
-            pen.text(inside.x + 1 + keyCols, y, line.text, ViewLook::plain, inside.cols - keyCols - 1);
+            pen.text(x, y, line.keys, ViewLook::key, columns.keyCols);
+            pen.text(x + columns.keyCols, y, line.text, ViewLook::plain, columns.cols - columns.keyCols);
         }
     }
 }
@@ -71,7 +117,7 @@ ViewOverlay::Next HelpOverlay::key(ViewContext& /*view*/, const KeyEvent& key) {
 }
 
 std::string HelpOverlay::hint(const ViewContext& view) const {
-    return view.l10n.text("view.hint.help");
+    return view.l10n.text(lastFirst_ > 0 ? "view.hint.help" : "view.hint.anyKey");
 }
 
 }  // namespace orvane

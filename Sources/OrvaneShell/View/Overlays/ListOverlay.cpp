@@ -60,6 +60,11 @@ void ListOverlay::paint(const ViewContext& view, Canvas& canvas) {
     filter_.paint(pen, canvas, inside.x + prompt, inside.y, inside.cols - prompt);
 }
 
+void ListOverlay::point(std::string_view label) {
+    const auto found = std::ranges::find_if(shown_, [&](std::size_t item) { return items_[item].label == label; });
+    if (found != shown_.end()) chosen_ = static_cast<std::size_t>(found - shown_.begin());
+}
+
 void ListOverlay::move(int by) {
     const auto count = static_cast<int>(shown_.size());
     if (count > 0) chosen_ = static_cast<std::size_t>((static_cast<int>(chosen_) + by % count + count) % count);
@@ -74,6 +79,11 @@ ViewOverlay::Next ListOverlay::choose(ViewContext& view) {
     if (chosen_ >= shown_.size()) return Next::stays;
     // What is chosen may open another overlay, or change the workspace and so this list.
     const auto act = items_[shown_[chosen_]].choose;
+    if (items_[shown_[chosen_]].staysOpen) {
+        act(view);
+        take(source_(view));
+        return Next::stays;
+    }
     dismissed(view);
     act(view);
     return Next::closes;

@@ -19,6 +19,8 @@ class ListOverlay final : public ViewOverlay {
         std::string detail = {};  ///< dim, at the right
         std::function<void(ViewContext&)> choose;
         Attribute look = {};
+        /// The list stays when it is chosen, and shows what it has changed.
+        bool staysOpen = false;
     };
     /// Asked again whenever the workspace has changed.
     using Source = std::function<std::vector<Item>(const ViewContext& view)>;
@@ -34,6 +36,8 @@ class ListOverlay final : public ViewOverlay {
     void dismissed(ViewContext& view) override;
     std::string hint(const ViewContext& view) const override;
 
+    /// Chooses the first item of that label, as if it had been moved to.
+    void point(std::string_view label);
     /// Runs when the list goes, before what was chosen.
     std::function<void(ViewContext&)> onGone;
 

@@ -11,17 +11,6 @@ using Direction = ViewLayout::Direction;
 constexpr int colsAtOnce = 2;
 constexpr int rowsAtOnce = 1;
 
-void pullEdge(ViewContext& view, const Uuid& leaf, Direction direction) {
-    const bool isSideways = direction == Direction::left || direction == Direction::right;
-    const bool isForward = direction == Direction::right || direction == Direction::down;
-    const ViewLayout layout = view.wholeLayout();
-    const auto* divider = layout.dividerOf(leaf, isSideways ? PaneAxis::horizontal : PaneAxis::vertical);
-    if (divider == nullptr || !layout.surface) return;
-    const int step = isSideways ? colsAtOnce : rowsAtOnce;
-    const auto shares = layout.movingDivider(*divider, isForward ? step : -step);
-    if (shares) view.store.resizeSplit(*layout.surface, layout.splits[divider->split].id, *shares);
-}
-
 PaneDropZone zoneOf(Direction direction) {
     switch (direction) {
         case Direction::left:
@@ -55,6 +44,17 @@ ViewOverlay::Next step(ViewContext& view, const KeyEvent& key, void (*act)(ViewC
 }
 
 }  // namespace
+
+void ResizeMode::pullEdge(ViewContext& view, const Uuid& leaf, ViewLayout::Direction direction) {
+    const bool isSideways = direction == Direction::left || direction == Direction::right;
+    const bool isForward = direction == Direction::right || direction == Direction::down;
+    const ViewLayout layout = view.wholeLayout();
+    const auto* divider = layout.dividerOf(leaf, isSideways ? PaneAxis::horizontal : PaneAxis::vertical);
+    if (divider == nullptr || !layout.surface) return;
+    const int step = isSideways ? colsAtOnce : rowsAtOnce;
+    const auto shares = layout.movingDivider(*divider, isForward ? step : -step);
+    if (shares) view.store.resizeSplit(*layout.surface, layout.splits[divider->split].id, *shares);
+}
 
 ViewOverlay::Next ResizeMode::key(ViewContext& view, const KeyEvent& key) {
     return step(view, key, pullEdge);

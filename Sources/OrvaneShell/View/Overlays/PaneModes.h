@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrvaneShell/View/ViewLayout.h"
 #include "OrvaneShell/View/ViewOverlay.h"
 
 namespace orvane {
@@ -7,6 +8,9 @@ namespace orvane {
 /// The arrows move the edges of the focused pane until another key ends it.
 class ResizeMode final : public ViewOverlay {
  public:
+    /// Moves the edge of a pane one step: that behind it, or where it has none the one before it.
+    static void pullEdge(ViewContext& view, const Uuid& leaf, ViewLayout::Direction direction);
+
     void paint(const ViewContext& /*view*/, Canvas& /*canvas*/) override {}
     Next key(ViewContext& view, const KeyEvent& key) override;
     std::string hint(const ViewContext& view) const override;

@@ -7,9 +7,8 @@
 
 namespace orvane::DialogBox {
 
-namespace {
-
-void paintFrame(CanvasPen& pen, const CellRect& box) {
+void frame(CanvasPen& pen, const CellRect& box, std::string_view title) {
+    pen.fill(box, ViewLook::plain);
     pen.fill({box.x, box.y, box.cols, 1}, ViewLook::plain, U'─');
     pen.fill({box.x, box.bottom() - 1, box.cols, 1}, ViewLook::plain, U'─');
     pen.fill({box.x, box.y, 1, box.rows}, ViewLook::plain, U'│');
@@ -18,9 +17,8 @@ void paintFrame(CanvasPen& pen, const CellRect& box) {
     pen.text(box.right() - 1, box.y, "╮", ViewLook::plain);
     pen.text(box.x, box.bottom() - 1, "╰", ViewLook::plain);
     pen.text(box.right() - 1, box.bottom() - 1, "╯", ViewLook::plain);
+    pen.text(box.x + 2, box.y, " " + std::string(title) + " ", ViewLook::bold, box.cols - 4);
 }
-
-}  // namespace
 
 CellRect paint(Canvas& canvas, std::string_view title, int cols, int rows) {
     const CellRect all{0, 0, canvas.cols(), canvas.rows()};
@@ -33,9 +31,7 @@ CellRect paint(Canvas& canvas, std::string_view title, int cols, int rows) {
     CellRect box{0, 0, std::min(cols + 4, all.cols), std::min(rows + 2, all.rows)};
     box.x = (all.cols - box.cols) / 2;
     box.y = (all.rows - box.rows) / 3;
-    pen.fill(box, ViewLook::plain);
-    paintFrame(pen, box);
-    pen.text(box.x + 2, box.y, " " + std::string(title) + " ", ViewLook::bold, box.cols - 4);
+    frame(pen, box, title);
     return {box.x + 2, box.y + 1, std::max(0, box.cols - 4), std::max(0, box.rows - 2)};
 }
 

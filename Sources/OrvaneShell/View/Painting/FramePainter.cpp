@@ -1,24 +1,29 @@
 #include "OrvaneShell/View/Painting/FramePainter.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 
 #include "OrvaneCore/Support/Text.h"
-#include "OrvaneCore/Workspace/SurfaceTabs.h"
 #include "OrvaneShell/View/CanvasPen.h"
+#include "OrvaneShell/View/Commands/ViewCommands.h"
+#include "OrvaneShell/View/Keys/CommandRows.h"
+#include "OrvaneShell/View/Painting/DialogBox.h"
 #include "OrvaneShell/View/Painting/ViewLook.h"
+#include "OrvaneShell/View/Painting/WrappedText.h"
 #include "OrvaneShell/View/SidebarRows.h"
-#include "OrvaneShell/View/ViewCommand.h"
 
 namespace orvane::FramePainter {
 
 namespace {
 
 constexpr int commandCols = 26;
+constexpr int welcomeCols = 84;
 
 std::string tabTitle(const ViewContext& view, const Uuid& surface) {
     const SurfaceMeta* meta = view.store.workspace().surface(surface);
     if (meta == nullptr) return {};
-    return Text::oneLine(SurfaceTabs::title(meta->title, meta->payload, view.l10n.text("shell.tab.workspace")));
+    return TabCommands::titleOf(view, *meta);
 }
 
 /// Whether a session that needs the user is in a pane of the tab.
@@ -32,8 +37,8 @@ bool isCalling(const ViewContext& view, const Uuid& surface) {
 }
 
 std::string normalHint(const ViewContext& view) {
-    const std::string leader = view.leaderText();
-    return view.l10n.text("view.hint.normal", leader, leader, leader);
+    return view.l10n.text("view.hint.normal", KeyText::write(view.leader), view.keysOf("new-session"),
+                          view.keysOf("palette"), view.keysOf("detach"));
 }
 
 }  // namespace
@@ -68,27 +73,52 @@ void paintHints(const ViewContext& view, Canvas& canvas) {
     const auto calls = std::ranges::count_if(view.store.sessions(),
                                              [](const auto& session) { return SidebarRow::needsUser(*session); });
     std::string right;
-    if (calls > 0) right = view.l10n.plural("view.calls", calls) + "  [" + view.leaderText() + " a]";
+    if (calls > 0) right = view.l10n.plural("view.calls", calls) + "  [" + view.keysOf("answer") + "]";
     const int rightCols = std::min(static_cast<int>(Text::displayWidth(right)), row.cols / 2);
     std::string left = normalHint(view);
     Attribute look = ViewLook::dim;
     if (!view.notice().empty()) {
         left = Text::oneLine(view.notice());
         look = ViewLook::bold;
-    } else if (view.isLeaderDown) {
-        left = view.l10n.text("view.hint.leader", view.leaderText());
+    } else if (!view.typed.isEmpty()) {
+        left = view.l10n.text("view.hint.leader", view.typed.shown(view.leader));
         look = ViewLook::bold;
     } else if (view.overlay != nullptr) {
         left = view.overlay->hint(view);
         look = ViewLook::plain;
+    } else if (view.isLocked) {
+        const std::string keys = view.keysOf("lock");
+        left = view.l10n.text("view.hint.locked", keys.empty() ? KeyText::write(view.leader) : keys);
+        look = ViewLook::bold;
     }
     pen.text(row.x + 1, row.y, left, look, std::max(0, row.cols - rightCols - 3));
     pen.text(row.right() - rightCols - 1, row.y, right, ViewLook::colored(ViewLook::yellow, ViewLook::Style::bold),
              rightCols);
 }
 
+void paintWelcome(const ViewContext& view, Canvas& canvas) {
+    const std::string leader = KeyText::write(view.leader);
+    const std::array paragraphs = {
+        view.l10n.text("view.welcome.start", view.keysOf("new-session"), view.keysOf("split-right")),
+        view.l10n.text("view.welcome.keys", leader, view.keysOf("help"), view.keysOf("palette")),
+        view.l10n.text("view.welcome.waiting", view.keysOf("next-waiting"), view.keysOf("answer")),
+        view.l10n.text("view.welcome.leave", view.keysOf("detach"))};
+    const CellRect& work = view.layout.work;
+    const int cols = std::min(welcomeCols, work.cols - 2);
+    std::vector<std::string> lines;
+    for (const std::string& paragraph : paragraphs)
+        std::ranges::copy(wrapped(paragraph, cols - 4), std::back_inserter(lines));
+    const int rows = std::min(static_cast<int>(lines.size()) + 2, work.rows - 1);
+    if (cols < 8 || rows < 3) return;
+    const CellRect box{work.x + (work.cols - cols) / 2, work.bottom() - rows, cols, rows};
+    CanvasPen pen(canvas, box);
+    DialogBox::frame(pen, box, view.l10n.text("view.welcome.title"));
+    for (int row = 0; row < rows - 2; ++row)
+        pen.text(box.x + 2, box.y + 1 + row, lines[static_cast<std::size_t>(row)], ViewLook::plain, cols - 4);
+}
+
 void paintCommands(const ViewContext& view, Canvas& canvas) {
-    const auto commands = ViewCommand::all();
+    const auto commands = CommandRow::of(view, view.typed);
     const int columns = std::max(1, (canvas.cols() - 2) / commandCols);
     const int wanted = (static_cast<int>(commands.size()) + columns - 1) / columns;
     const int rows = std::min(wanted, std::max(0, view.layout.hints.y - 2));
@@ -98,12 +128,11 @@ void paintCommands(const ViewContext& view, Canvas& canvas) {
     pen.fill({area.x, area.y, area.cols, 1}, ViewLook::dim, U'─');
     // Where they do not fit, the help has them all.
     for (int i = 0; i < std::min(static_cast<int>(commands.size()), rows * columns); ++i) {
-        const ViewCommand& command = commands[static_cast<std::size_t>(i)];
+        const CommandRow& command = commands[static_cast<std::size_t>(i)];
         const int x = 1 + i / rows * commandCols;
         const int y = area.y + 1 + i % rows;
-        const int used = pen.text(x, y, command.shown(), ViewLook::key);
-        pen.text(x + std::max(used, 2) + 1, y, view.l10n.text(command.textKey), ViewLook::plain,
-                 commandCols - std::max(used, 2) - 2);
+        const int used = pen.text(x, y, command.keys, ViewLook::key);
+        pen.text(x + std::max(used, 2) + 1, y, command.text, ViewLook::plain, commandCols - std::max(used, 2) - 2);
     }
     canvas.cursor.reset();
 }

@@ -23,7 +23,7 @@ void paintLines(CanvasPen& pen, const CellRect& body, const std::vector<std::str
 void paintEmpty(const ViewContext& view, CanvasPen& pen, const ViewLayout::Pane& pane) {
     const auto title = view.comingBack(pane.leaf);
     const std::string line = title ? view.l10n.text("view.pane.comingBack", *title)
-                                   : view.l10n.text("view.pane.empty", view.leaderText() + " c");
+                                   : view.l10n.text("view.pane.empty", view.keysOf("new-session"));
     paintLines(pen, pane.body, wrapped(line, pane.body.cols - 3));
 }
 
@@ -46,7 +46,7 @@ void PanePainter::paint(ViewContext& view, Canvas& canvas, Part part) {
         pen.fill(view.layout.work, ViewLook::plain);
         const char* key = view.project() ? "view.tab.foreign" : "view.noProject";
         paintLines(pen, view.layout.work,
-                   wrapped(view.l10n.text(key, view.leaderText() + " O"), view.layout.work.cols - 3));
+                   wrapped(view.l10n.text(key, view.keysOf("open-project")), view.layout.work.cols - 3));
     }
     for (const ViewLayout::Divider& divider : view.layout.dividers) {
         if (view.layout.splits[divider.split].axis == PaneAxis::horizontal) pen.fill(divider.line, ViewLook::dim, U'│');

@@ -32,7 +32,7 @@ struct State {
 State stateOf(const ViewContext& view, const SessionController& session) {
     if (!session.transientNotice().empty()) return {.text = Text::oneLine(session.transientNotice()), .keys = {}};
     if (SessionQuestion::isAsked(session))
-        return {.text = SessionQuestion::of(session).line(), .keys = "[" + view.leaderText() + " a]"};
+        return {.text = SessionQuestion::of(session).line(), .keys = "[" + view.keysOf("answer") + "]"};
     if (session.isActive() && !isAgent(session.identity().kind)) return {};
     return {.text = Text::oneLine(statusText(view.l10n, JSONObject(sessionJson(session)))),
             .keys = session.isActive() ? std::string() : view.l10n.text("view.pane.ended")};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "OrvaneShell/View/Keys/KeyBindings.h"
+#include "Platform/PreferencesStore.h"
+
+/// The keys of the view as the preferences hold them.
+namespace orvane::KeySettings {
+
+inline constexpr std::string_view leaderKey = "view.leader";
+inline constexpr std::string_view presetKey = "view.keys.preset";
+inline constexpr std::string_view changesKey = "view.keys";
+
+KeyBindings load(const PreferencesStore& preferences);
+void save(const KeyBindings& bindings, PreferencesStore& preferences);
+
+/// Inside tmux the default one is another than tmux's own.
+KeyPattern leader(const PreferencesStore& preferences, bool isInsideTmux);
+
+/// Keys that begin with the leader's own name do so by being the leader: "C-b v" is "Leader v".
+KeySequence withLeader(KeySequence keys, const KeyPattern& leader);
+
+}  // namespace orvane::KeySettings
