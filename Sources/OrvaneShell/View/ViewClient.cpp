@@ -15,6 +15,7 @@
 #include "OrvaneCore/Support/Overloaded.h"
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/CommandLine/CommandStatus.h"
+#include "OrvaneShell/View/LinkOpener.h"
 #include "OrvaneShell/View/ViewModes.h"
 
 namespace orvane {
@@ -35,12 +36,18 @@ std::string textOrNothing(const std::string& text) {
 
 std::string requestLine(const ClientContext& client, const std::string& project) {
     const Environment& environment = client.environment;
-    boost::json::object arguments{
-        {"term", textOrNothing(variable(environment, "TERM"))},
-        {"colorTerm", textOrNothing(variable(environment, "COLORTERM"))},
-        {"locale", rawValue(chooseLanguage({}, variable(environment, "LC_ALL"), variable(environment, "LANG")))},
-        {"insideTmux", !variable(environment, "TMUX").empty()},
-        {"folder", textOrNothing(client.workingDirectory)}};
+    boost::json::object arguments{{"term", textOrNothing(variable(environment, "TERM"))},
+                                  {"colorTerm", textOrNothing(variable(environment, "COLORTERM"))},
+                                  {"environmentLanguage", rawValue(chooseLanguage({}, variable(environment, "LC_ALL"),
+                                                                                  variable(environment, "LANG")))},
+                                  {"insideTmux", !variable(environment, "TMUX").empty()},
+                                  {"folder", textOrNothing(client.workingDirectory)}};
+    boost::json::object desktop;
+    for (const std::string_view name : LinkOpener::variables) {
+        const std::string value = variable(environment, std::string(name));
+        if (!value.empty()) desktop[name] = textOrNothing(value);
+    }
+    arguments["desktop"] = std::move(desktop);
     if (!project.empty()) arguments["project"] = textOrNothing(client.projectText(project));
     return client.requestLine("view", arguments);
 }

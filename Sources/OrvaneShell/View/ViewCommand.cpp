@@ -99,6 +99,7 @@ const std::vector<ViewCommand>& table() {
          .textKey = "view.command.historyPage",
          .run = PaneCommands::historyPage},
         {.group = Group::panes, .name = "search", .textKey = "view.command.search", .run = PaneCommands::search},
+        {.group = Group::panes, .name = "links", .textKey = "view.command.links", .run = PaneCommands::links},
         {.group = Group::panes, .name = "close-pane", .textKey = "view.command.closePane", .run = PaneCommands::close},
         {.group = Group::sessions,
          .name = "new-session",

@@ -11,6 +11,8 @@
 #include "Orvane/History/HistoryService.h"
 #include "Orvane/Workspace/AppStore.h"
 #include "OrvaneShell/View/Keys/KeyBindings.h"
+#include "OrvaneShell/View/PaneDrag.h"
+#include "OrvaneShell/View/PaneLinks.h"
 #include "OrvaneShell/View/PaneSelection.h"
 #include "OrvaneShell/View/ViewLayout.h"
 #include "OrvaneShell/View/ViewOverlay.h"
@@ -30,6 +32,8 @@ class ViewContext {
         std::function<void()> stopHost;
         /// Registers the folder and shows it; a folder that cannot be used is told.
         std::function<void(const std::string& typed)> openProject;
+        /// Opens an address on the user's desktop; false when there is none to be seen from here.
+        std::function<bool(const std::string& address)> openLink;
         /// Puts a text into the clipboard of the client's terminal.
         std::function<void(const std::string& text)> copy;
     };
@@ -73,6 +77,9 @@ class ViewContext {
     /// The first lines that a new user reads, until they type or click.
     bool showsWelcome = false;
     PaneSelection selection;
+    /// What the mouse holds.
+    std::optional<PaneDrag> drag;
+    std::optional<PaneLink> link;
     std::unique_ptr<ViewOverlay> overlay;
     /// Beside the panes of these sessions.
     std::map<Uuid, std::unique_ptr<TracePanel>> tracePanels;

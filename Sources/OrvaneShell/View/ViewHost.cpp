@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/CommandLine/Selection.h"
 #include "OrvaneShell/Host/ProjectFolder.h"
 #include "Platform/BackgroundPool.h"
@@ -37,6 +38,14 @@ const Project* projectAround(const WorkspaceModel& workspace, const std::string&
     return best;
 }
 
+Environment desktopOf(const JSONObject& given) {
+    Environment desktop;
+    for (const std::string_view name : LinkOpener::variables) {
+        if (std::string value = given.string(name); !value.empty()) desktop.emplace(name, std::move(value));
+    }
+    return desktop;
+}
+
 struct FoundFolder {
     std::expected<std::string, std::string> path;
     bool isRepository = false;
@@ -61,10 +70,12 @@ ViewHost::ViewHost(PreferencesStore& preferences, std::string home, std::functio
 
 std::unique_ptr<WorkspaceView> ViewHost::make(HostContext& host, const JSONObject& arguments, TerminalDevice device,
                                               std::uint64_t id) {
-    const ViewSettings::Client client{.language = arguments.raw<Language>("locale").value_or(host.l10n.language),
-                                      .isInsideTmux = arguments.boolean("insideTmux")};
-    views_[id].client = client;
+    const ViewSettings::Client client{
+        .language = arguments.raw<Language>("environmentLanguage").value_or(host.l10n.language),
+        .isInsideTmux = arguments.boolean("insideTmux")};
     AppStore& store = host.store;
+    views_[id].client = client;
+    views_[id].links = std::make_unique<LinkOpener>(store.loop(), preferences_, desktopOf(arguments.object("desktop")));
     return std::make_unique<WorkspaceView>(
         WorkspaceView::Setup{
             .services = {.store = store,
@@ -77,10 +88,14 @@ std::unique_ptr<WorkspaceView> ViewHost::make(HostContext& host, const JSONObjec
             .onEnd = [this, id](WorkspaceView::End end) { forget(id, end); },
             .stopHost = stopHost_,
             .openProject =
-                [this, &store, l10n = host.l10n, id](const std::string& typed) {
+                [this, &store, id](const std::string& typed) {
                     const bool isInHome = typed == "~" || typed.starts_with("~/");
-                    showFolder(store, l10n, isInHome ? home_ + typed.substr(1) : typed, Folder::asked, id);
-                }},
+                    const WorkspaceView* opened = view(id);
+                    if (opened == nullptr) return;
+                    showFolder(store, opened->context().l10n, isInHome ? home_ + typed.substr(1) : typed, Folder::asked,
+                               id);
+                },
+            .openLink = [this, id](const std::string& address) { return openLink(id, address); }},
         std::move(device));
 }
 
@@ -110,6 +125,18 @@ Outcome ViewHost::open(HostContext& host, const JSONObject& arguments) {
         showFolder(host.store, host.l10n, folder, Folder::found, id);
     }
     return Streaming{};
+}
+
+bool ViewHost::openLink(std::uint64_t id, const std::string& address) {
+    const auto tellFailure = [this, id, address] {
+        WorkspaceView* opened = view(id);
+        if (opened == nullptr) return;
+        ViewContext& context = opened->context();
+        context.actions.copy(address);
+        context.say(context.l10n.text("view.link.failed", Text::oneLine(address)));
+    };
+    const auto found = views_.find(id);
+    return found != views_.end() && found->second.links->open(address, tellFailure);
 }
 
 void ViewHost::attend(LineServer::Connection& connection, std::uint64_t id) {

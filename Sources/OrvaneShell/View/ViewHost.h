@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "OrvaneShell/Host/HostContext.h"
+#include "OrvaneShell/View/LinkOpener.h"
 #include "OrvaneShell/View/WorkspaceView.h"
 #include "Platform/PreferencesStore.h"
 
@@ -26,11 +27,13 @@ class ViewHost {
     struct Opened {
         std::unique_ptr<WorkspaceView> view;
         ViewSettings::Client client;
+        std::unique_ptr<LinkOpener> links;
         std::function<void(const Outcome&)> answer;
     };
 
     std::unique_ptr<WorkspaceView> make(HostContext& host, const JSONObject& arguments, TerminalDevice device,
                                         std::uint64_t id);
+    bool openLink(std::uint64_t id, const std::string& address);
     void attend(LineServer::Connection& connection, std::uint64_t id);
     void replaceOthers();
     void forget(std::uint64_t id, WorkspaceView::End end);

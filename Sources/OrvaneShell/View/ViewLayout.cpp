@@ -131,10 +131,6 @@ bool overlaps(int aStart, int aEnd, int bStart, int bEnd) {
     return std::min(aEnd, bEnd) > std::max(aStart, bStart);
 }
 
-CellRect whole(const ViewLayout::Pane& pane) {
-    return {pane.title.x, pane.title.y, pane.title.cols, pane.title.rows + pane.body.rows};
-}
-
 }  // namespace
 
 ViewLayout ViewLayout::of(const WorkspaceModel& workspace, const Options& options) {
@@ -164,7 +160,7 @@ const ViewLayout::Pane* ViewLayout::pane(const Uuid& leaf) const {
 }
 
 const ViewLayout::Pane* ViewLayout::paneAt(int x, int y) const {
-    const auto found = std::ranges::find_if(panes, [&](const Pane& pane) { return whole(pane).contains(x, y); });
+    const auto found = std::ranges::find_if(panes, [&](const Pane& pane) { return pane.whole().contains(x, y); });
     return found == panes.end() ? nullptr : &*found;
 }
 
@@ -173,15 +169,20 @@ const ViewLayout::Divider* ViewLayout::dividerAt(int x, int y) const {
     return found == dividers.end() ? nullptr : &*found;
 }
 
+const ViewLayout::Tab* ViewLayout::tabAt(int x, int y) const {
+    const auto found = std::ranges::find_if(tabs, [&](const Tab& tab) { return tab.rect.contains(x, y); });
+    return found == tabs.end() ? nullptr : &*found;
+}
+
 const ViewLayout::Pane* ViewLayout::neighbour(const Uuid& leaf, Direction direction) const {
     const Pane* from = pane(leaf);
     if (from == nullptr) return nullptr;
-    const CellRect here = whole(*from);
+    const CellRect here = from->whole();
     const bool isSideways = direction == Direction::left || direction == Direction::right;
     const Pane* best = nullptr;
     int bestBorder = 0;
     for (const Pane& candidate : panes) {
-        const CellRect there = whole(candidate);
+        const CellRect there = candidate.whole();
         const bool touches = (direction == Direction::left && there.right() + 1 == here.x) ||
                              (direction == Direction::right && here.right() + 1 == there.x) ||
                              (direction == Direction::up && there.bottom() == here.y) ||
@@ -213,7 +214,7 @@ std::optional<std::vector<double>> ViewLayout::movingDivider(const Divider& divi
 const ViewLayout::Divider* ViewLayout::dividerOf(const Uuid& leaf, PaneAxis axis) const {
     const Pane* pulled = pane(leaf);
     if (pulled == nullptr) return nullptr;
-    const CellRect rect = whole(*pulled);
+    const CellRect rect = pulled->whole();
     const bool isRow = axis == PaneAxis::horizontal;
     const auto touches = [&](const Divider& divider, int edge) {
         const bool isAlong = splits[divider.split].axis == axis;

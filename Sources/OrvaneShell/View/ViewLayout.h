@@ -23,6 +23,7 @@ struct ViewLayout {
         std::optional<Uuid> content;
         CellRect title;
         CellRect body;
+        CellRect whole() const { return {title.x, title.y, title.cols, title.rows + body.rows}; }
         bool operator==(const Pane&) const = default;
     };
     /// A split, with the cells that each child has along its axis (title rows aside).
@@ -63,6 +64,7 @@ struct ViewLayout {
     const Pane* pane(const Uuid& leaf) const;
     const Pane* paneAt(int x, int y) const;
     const Divider* dividerAt(int x, int y) const;
+    const Tab* tabAt(int x, int y) const;
     /// The pane beside a pane: of those that touch that edge and lie across from it, the one with the longest common
     /// border.
     enum class Direction { left, right, up, down };

@@ -6,6 +6,8 @@
 #include "OrvaneShell/View/Commands/ViewCommands.h"
 #include "OrvaneShell/View/Input/MouseForwarding.h"
 #include "OrvaneShell/View/Overlays/HistoryMode.h"
+#include "OrvaneShell/View/Painting/PaneTitle.h"
+#include "OrvaneShell/View/PaneLinks.h"
 #include "OrvaneShell/View/TracePanel.h"
 #include "TerminalEmulator/HeadlessTerminal.h"
 
@@ -82,7 +84,7 @@ void ViewMouse::press(ViewContext& view, SidebarPainter& sidebar, const MouseEve
     if (const SidebarRow* row = sidebar.rowAt(view, event.x, event.y))
         return pressInSidebar(view, SidebarRow(*row), event);
     if (pressOnTab(view, event)) return;
-    const bool isOnDivider = pressOnDivider(view, event);
+    const bool isOnDivider = !pressOnTitle(view, event) && pressOnDivider(view, event);
     const ViewLayout::Pane* pane = view.layout.paneAt(event.x, event.y);
     if (pane == nullptr) return;
     if (pane->body.contains(event.x, event.y)) return pressInPane(view, ViewLayout::Pane(*pane), event);
@@ -103,11 +105,12 @@ bool ViewMouse::pressOnTab(ViewContext& view, const MouseEvent& event) {
         TabCommands::showHidden(view);
         return true;
     }
-    const auto tab = std::ranges::find_if(
-        view.layout.tabs, [&](const ViewLayout::Tab& each) { return each.rect.contains(event.x, event.y); });
-    if (tab == view.layout.tabs.end()) return true;
+    const ViewLayout::Tab* tab = view.layout.tabAt(event.x, event.y);
+    if (tab == nullptr) return true;
+    const Uuid surface = tab->surface;
+    if (event.button == Button::left) grab_ = TabGrab{surface};
     view.zoomedLeaf.reset();
-    view.store.activateSurface(Uuid(tab->surface));
+    view.store.activateSurface(surface);
     return true;
 }
 
@@ -128,6 +131,7 @@ void ViewMouse::pressInPane(ViewContext& view, const ViewLayout::Pane& pane, con
     SessionController* session = view.sessionIn(pane);
     Terminal* terminal = terminalIn(view, &pane);
     if (terminal == nullptr) return;
+    if (pressOnLink(view, pane, event)) return;
     const MouseEvent inside = within(pane, event);
     if (goesToProgram(inside, *terminal)) {
         grab_ = ProgramGrab{pane.leaf};
@@ -136,6 +140,25 @@ void ViewMouse::pressInPane(ViewContext& view, const ViewLayout::Pane& pane, con
     if (event.button != Button::left) return;
     grab_ = SelectionGrab{pane.leaf};
     view.selection.begin(session->id(), *terminal, inside.x, inside.y, countClick(view, event));
+}
+
+/// With Control, which no program needs for a click on an address.
+bool ViewMouse::pressOnLink(ViewContext& view, const ViewLayout::Pane& pane, const MouseEvent& event) {
+    if (!event.modifiers.control || event.button != Button::left) return false;
+    const auto link = PaneLinks::at(view, pane, event.x, event.y);
+    if (!link) return false;
+    grab_ = LinkGrab{.leaf = pane.leaf, .address = link->text};
+    view.link = PaneLink{.session = *pane.content, .match = *link};
+    return true;
+}
+
+/// The name of a pane is what one takes to drag it; the line behind it is the edge of the pane above.
+bool ViewMouse::pressOnTitle(const ViewContext& view, const MouseEvent& event) {
+    const ViewLayout::Pane* pane = view.layout.paneAt(event.x, event.y);
+    const bool isName = pane != nullptr && event.button == Button::left && pane->content &&
+                        pane->title.contains(event.x, event.y) && event.x < PaneTitle::nameEnd(view, *pane);
+    if (isName) grab_ = TitleGrab{pane->leaf};
+    return isName;
 }
 
 SelectionMode ViewMouse::countClick(const ViewContext& view, const MouseEvent& event) {
@@ -150,6 +173,9 @@ SelectionMode ViewMouse::countClick(const ViewContext& view, const MouseEvent& e
 
 void ViewMouse::drag(ViewContext& view, const MouseEvent& event) {
     if (auto* divider = std::get_if<DividerGrab>(&grab_)) return dragDivider(view, *divider, event);
+    if (const auto* tab = std::get_if<TabGrab>(&grab_)) return dragTab(view, tab->surface, event);
+    if (const auto* title = std::get_if<TitleGrab>(&grab_)) return dragTitle(view, title->leaf, event);
+    if (std::holds_alternative<LinkGrab>(grab_)) return;
     if (const auto* selecting = std::get_if<SelectionGrab>(&grab_)) {
         const ViewLayout::Pane* pane = view.layout.pane(selecting->leaf);
         Terminal* terminal = terminalIn(view, pane);
@@ -182,18 +208,52 @@ void ViewMouse::dragDivider(ViewContext& view, DividerGrab& grab, const MouseEve
     if (shares) view.store.resizeSplit(*view.layout.surface, grab.split, *shares);
 }
 
+/// The tab goes where the mouse is, one place at a time.
+void ViewMouse::dragTab(ViewContext& view, const Uuid& surface, const MouseEvent& event) {
+    const auto& tabs = view.layout.tabs;
+    const auto from = std::ranges::find(tabs, surface, &ViewLayout::Tab::surface);
+    const auto to = std::ranges::find_if(
+        tabs, [&](const ViewLayout::Tab& tab) { return event.x >= tab.rect.x && event.x < tab.rect.right(); });
+    if (from == tabs.end() || to == tabs.end() || from == to) return;
+    if (to < from) return view.store.moveSurface(surface, Uuid(to->surface));
+    for (auto next = std::next(from); next <= to; ++next)
+        view.store.moveSurface(Uuid(next->surface), surface);
+}
+
+void ViewMouse::dragTitle(ViewContext& view, const Uuid& leaf, const MouseEvent& event) {
+    const ViewLayout::Pane* pane = view.layout.pane(leaf);
+    if (pane == nullptr || !pane->content) return;
+    if (!view.drag) view.drag = PaneDrag{.leaf = leaf, .content = *pane->content, .target = {}, .preview = {}};
+    view.drag->moveTo(view, event.x, event.y);
+}
+
+bool ViewMouse::cancelDrag(ViewContext& view) {
+    if (std::holds_alternative<TitleGrab>(grab_)) grab_ = std::monostate();
+    return std::exchange(view.drag, std::nullopt).has_value();
+}
+
 void ViewMouse::release(ViewContext& view, const MouseEvent& event) {
+    view.link.reset();
+    if (const auto drag = std::exchange(view.drag, std::nullopt)) drag->drop(view);
     const Grab grab = std::exchange(grab_, std::monostate());
     if (const auto* program = std::get_if<ProgramGrab>(&grab)) {
         const ViewLayout::Pane* pane = view.layout.pane(program->leaf);
         if (Terminal* terminal = terminalIn(view, pane)) MouseForwarding::forward(within(*pane, event), *terminal);
+    } else if (const auto* pressed = std::get_if<LinkGrab>(&grab)) {
+        const ViewLayout::Pane* pane = view.layout.pane(pressed->leaf);
+        const auto under = pane == nullptr ? std::nullopt : PaneLinks::at(view, *pane, event.x, event.y);
+        if (under && under->text == pressed->address) PaneLinks::open(view, pressed->address);
     } else if (std::holds_alternative<SelectionGrab>(grab)) {
-        const auto session = view.selection.session();
-        const std::string text = session && view.store.session(*session) != nullptr ? view.selection.text() : "";
-        if (text.empty()) return view.selection.clear();
-        view.actions.copy(text);
-        view.say(view.l10n.plural("view.copied", static_cast<long long>(Text::characterCount(text))));
+        copySelection(view);
     }
+}
+
+void ViewMouse::copySelection(ViewContext& view) {
+    const auto session = view.selection.session();
+    const std::string text = session && view.store.session(*session) != nullptr ? view.selection.text() : "";
+    if (text.empty()) return view.selection.clear();
+    view.actions.copy(text);
+    view.say(view.l10n.plural("view.copied", static_cast<long long>(Text::characterCount(text))));
 }
 
 void ViewMouse::turnWheel(ViewContext& view, SidebarPainter& sidebar, const MouseEvent& event) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "OrvaneShell/View/Input/InputEvent.h"
 #include "OrvaneShell/View/Painting/SidebarPainter.h"
@@ -13,6 +14,8 @@ namespace orvane {
 class ViewMouse {
  public:
     void take(ViewContext& view, SidebarPainter& sidebar, const MouseEvent& event);
+    /// Lets go of a pane that is being dragged; whether there was one.
+    bool cancelDrag(ViewContext& view);
     /// Whether the program in the focused pane wants to know of every motion.
     static bool wantsMotion(const ViewContext& view);
 
@@ -30,7 +33,18 @@ class ViewMouse {
         PaneAxis axis = PaneAxis::horizontal;
         int at = 0;  ///< where on its axis the divider was last
     };
-    using Grab = std::variant<std::monostate, ProgramGrab, SelectionGrab, DividerGrab>;
+    struct TabGrab {
+        Uuid surface;
+    };
+    /// A title that may be dragged; from the first motion on the drag is `ViewContext::drag`.
+    struct TitleGrab {
+        Uuid leaf;
+    };
+    struct LinkGrab {
+        Uuid leaf;
+        std::string address;
+    };
+    using Grab = std::variant<std::monostate, ProgramGrab, SelectionGrab, DividerGrab, TabGrab, TitleGrab, LinkGrab>;
 
     void press(ViewContext& view, SidebarPainter& sidebar, const MouseEvent& event);
     void pressInPane(ViewContext& view, const ViewLayout::Pane& pane, const MouseEvent& event);
@@ -39,7 +53,12 @@ class ViewMouse {
     bool pressOnDivider(const ViewContext& view, const MouseEvent& event);
     void drag(ViewContext& view, const MouseEvent& event);
     void dragDivider(ViewContext& view, DividerGrab& grab, const MouseEvent& event);
+    bool pressOnLink(ViewContext& view, const ViewLayout::Pane& pane, const MouseEvent& event);
+    bool pressOnTitle(const ViewContext& view, const MouseEvent& event);
+    void dragTab(ViewContext& view, const Uuid& surface, const MouseEvent& event);
+    void dragTitle(ViewContext& view, const Uuid& leaf, const MouseEvent& event);
     void release(ViewContext& view, const MouseEvent& event);
+    void copySelection(ViewContext& view);
     void turnWheel(ViewContext& view, SidebarPainter& sidebar, const MouseEvent& event);
     SelectionMode countClick(const ViewContext& view, const MouseEvent& event);
 

@@ -41,6 +41,7 @@ WorkspaceView::WorkspaceView(Setup setup, TerminalDevice device)
                 .detach = [this] { end(End::detached); },
                 .stopHost = [this] { setup_.stopHost(); },
                 .openProject = [this](const std::string& typed) { setup_.openProject(typed); },
+                .openLink = [this](const std::string& address) { return setup_.openLink(address); },
                 .copy = [this](const std::string& text) { terminal_.send(viewClipboardText(text)); }}) {}
 
 WorkspaceView::~WorkspaceView() = default;
@@ -101,6 +102,8 @@ void WorkspaceView::take(const InputEvent& event) {
 
 void WorkspaceView::takeKey(const KeyEvent& key) {
     if (std::exchange(context_.showsWelcome, false)) requestFrame();
+    // Whichever key it is, a person who types does not drag any more.
+    if (mouse_.cancelDrag(context_)) return requestFrame();
     const bool isUp = key.action == KeyEvent::Action::release;
     const auto taken = isUp ? CommandKeys::Taken::no : commandKeys_.take(context_, key);
     if (taken == CommandKeys::Taken::passOn) {
@@ -276,7 +279,8 @@ void WorkspaceView::requestFrame(ViewTerminal::Haste haste) {
 
 void WorkspaceView::paint(Canvas& canvas) {
     const bool isResized = context_.cols != canvas.cols() || context_.rows != canvas.rows();
-    const bool isWhole = std::exchange(areSurroundingsStale_, false) || isResized || context_.overlay != nullptr;
+    const bool isWhole =
+        std::exchange(areSurroundingsStale_, false) || isResized || context_.overlay != nullptr || context_.drag;
     if (isWhole) {
         context_.cols = canvas.cols();
         context_.rows = canvas.rows();
@@ -288,6 +292,7 @@ void WorkspaceView::paint(Canvas& canvas) {
     }
     panes_.paint(context_, canvas, isWhole ? PanePainter::Part::whole : PanePainter::Part::contents);
     if (isWhole) paintSurroundings(canvas);
+    if (context_.drag) FramePainter::paintDrag(context_, canvas);
     if (context_.showsWelcome) FramePainter::paintWelcome(context_, canvas);
     if (!context_.typed.isEmpty()) FramePainter::paintCommands(context_, canvas);
     terminal_.trackMotion(ViewMouse::wantsMotion(context_));

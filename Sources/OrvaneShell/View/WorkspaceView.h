@@ -30,6 +30,7 @@ class WorkspaceView {
         std::function<void(End)> onEnd;
         std::function<void()> stopHost;
         std::function<void(const std::string& typed)> openProject;
+        std::function<bool(const std::string& address)> openLink;
     };
 
     WorkspaceView(Setup setup, TerminalDevice device);
@@ -47,6 +48,7 @@ class WorkspaceView {
     /// What the user has chosen meanwhile.
     void apply(ViewSettings settings);
     ViewContext& context() { return context_; }
+    const ViewContext& context() const { return context_; }
 
  private:
     void take(const InputEvent& event);

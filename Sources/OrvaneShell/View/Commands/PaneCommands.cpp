@@ -1,3 +1,6 @@
+#include <algorithm>
+
+#include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Workspace/PaneLayout.h"
 #include "OrvaneCore/Workspace/PaneMetrics.h"
 #include "OrvaneShell/View/Commands/ViewCommands.h"
@@ -5,6 +8,7 @@
 #include "OrvaneShell/View/Overlays/ListOverlay.h"
 #include "OrvaneShell/View/Overlays/PaneModes.h"
 #include "OrvaneShell/View/Overlays/PromptOverlay.h"
+#include "OrvaneShell/View/PaneLinks.h"
 
 namespace orvane {
 
@@ -205,6 +209,28 @@ void search(ViewContext& view) {
     auto mode = std::make_unique<HistoryMode>(session->id());
     mode->beginSearch();
     view.open(std::move(mode));
+}
+
+void links(ViewContext& view) {
+    const auto leaf = view.focusedLeaf();
+    const ViewLayout::Pane* pane = leaf ? view.layout.pane(*leaf) : nullptr;
+    std::vector<std::string> addresses;
+    if (pane != nullptr) {
+        for (const LinkMatch& link : PaneLinks::shown(view, *pane))
+            addresses.push_back(link.text);
+    }
+    if (addresses.empty()) return view.say(view.l10n.text("view.link.none"));
+    // The one that was written last is the one that is wanted most often.
+    std::ranges::reverse(addresses);
+    const auto items = [addresses](const ViewContext&) {
+        std::vector<ListOverlay::Item> list;
+        list.reserve(addresses.size());
+        for (const std::string& address : addresses)
+            list.push_back({.label = Text::oneLine(address),
+                            .choose = [address](ViewContext& with) { PaneLinks::open(with, address); }});
+        return list;
+    };
+    view.open(std::make_unique<ListOverlay>(view, view.l10n.text("view.link.title"), items));
 }
 
 void close(ViewContext& view) {

@@ -24,6 +24,8 @@ void layouts(ViewContext& view);
 void history(ViewContext& view);
 void historyPage(ViewContext& view);
 void search(ViewContext& view);
+/// The addresses in the pane, to be opened.
+void links(ViewContext& view);
 void close(ViewContext& view);
 std::vector<ListOverlay::Item> layoutItems(const ViewContext& view);
 

@@ -86,6 +86,9 @@ void paintHints(const ViewContext& view, Canvas& canvas) {
     } else if (view.overlay != nullptr) {
         left = view.overlay->hint(view);
         look = ViewLook::plain;
+    } else if (view.drag) {
+        left = view.l10n.text("view.hint.drag");
+        look = ViewLook::plain;
     } else if (view.isLocked) {
         const std::string keys = view.keysOf("lock");
         left = view.l10n.text("view.hint.locked", keys.empty() ? KeyText::write(view.leader) : keys);
@@ -94,6 +97,21 @@ void paintHints(const ViewContext& view, Canvas& canvas) {
     pen.text(row.x + 1, row.y, left, look, std::max(0, row.cols - rightCols - 3));
     pen.text(row.right() - rightCols - 1, row.y, right, ViewLook::colored(ViewLook::yellow, ViewLook::Style::bold),
              rightCols);
+}
+
+void paintDrag(const ViewContext& view, Canvas& canvas) {
+    canvas.cursor.reset();
+    const CellRect& preview = view.drag->preview;
+    const SessionController* session = view.store.session(view.drag->content);
+    if (preview.isEmpty() || session == nullptr) return;
+    CanvasPen pen(canvas, preview);
+    pen.fill(preview, ViewLook::selected);
+    if (preview.rows > 2) {
+        DialogBox::frame(pen, preview, session->title());
+        pen.restyle(preview, ViewLook::onBar);
+    } else {
+        pen.text(preview.x + 1, preview.y, session->title(), ViewLook::selected, preview.cols - 2);
+    }
 }
 
 void paintWelcome(const ViewContext& view, Canvas& canvas) {

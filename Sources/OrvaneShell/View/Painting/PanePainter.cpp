@@ -38,8 +38,9 @@ void paintForeign(const ViewContext& view, CanvasPen& pen, const ViewLayout::Pan
 void PanePainter::paint(ViewContext& view, Canvas& canvas, Part part) {
     isHeldBack_ = false;
     // What an overlay covered cannot be kept.
-    if (view.overlay != nullptr || wasCovered_) shown_.clear();
-    wasCovered_ = view.overlay != nullptr;
+    const bool isCovered = view.overlay != nullptr || view.drag;
+    if (isCovered || wasCovered_) shown_.clear();
+    wasCovered_ = isCovered;
     canvas.cursor.reset();
     CanvasPen pen(canvas, view.layout.work);
     if (view.layout.panes.empty()) {
@@ -97,6 +98,7 @@ void PanePainter::paintTerminal(ViewContext& view, Canvas& canvas, const ViewLay
     CanvasPen pen(canvas, pane.body);
     if (!isKept) pen.terminal(pane.body, terminal);
     if (view.selection.session() == session.id()) view.selection.paint(pen, pane.body, terminal);
+    if (view.link && view.link->session == session.id()) PaneLinks::paint(pen, pane.body, terminal, *view.link);
     if (panel != nullptr) panel->paint(view, canvas, covered, session);
     const bool isFocused = view.focusedLeaf() == pane.leaf;
     if (!isFocused || terminal.modes().cursorHidden || !HistoryMode::isAtNewest(terminal) || !session.isActive())

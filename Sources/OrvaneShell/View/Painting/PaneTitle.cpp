@@ -100,4 +100,11 @@ void paint(const ViewContext& view, CanvasPen& pen, const ViewLayout::Pane& pane
     if (session->agent() != nullptr) paintGauge(pen, *session->agent(), line, x, left, row.y);
 }
 
+int nameEnd(const ViewContext& view, const ViewLayout::Pane& pane) {
+    const SessionController* session = view.sessionIn(pane);
+    if (session == nullptr) return pane.title.x;
+    // A corner, a blank, the mark, a blank, the name and another blank.
+    return std::min(pane.title.x + 5 + widthOf(Text::oneLine(session->title())), pane.title.right() - 1);
+}
+
 }  // namespace orvane::PaneTitle
