@@ -62,7 +62,8 @@ FoundFolder lookAt(const L10n& l10n, const std::string& folder) {
 
 ViewHost::ViewHost(PreferencesStore& preferences, std::string home, std::function<void()> stopHost)
     : preferences_(preferences), home_(std::move(home)), stopHost_(std::move(stopHost)) {
-    preferencesWatch_ = preferences_.onChange([this](std::string_view) {
+    preferencesWatch_ = preferences_.onChange([this](std::string_view key) {
+        if (key != "language" && !key.starts_with("view.")) return;
         for (const auto& [id, opened] : views_)
             opened.view->apply(ViewSettings::of(preferences_, opened.client));
     });

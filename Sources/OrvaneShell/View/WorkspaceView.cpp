@@ -50,7 +50,6 @@ void WorkspaceView::apply(ViewSettings settings) {
     context_.l10n = settings.l10n;
     context_.leader = settings.leader;
     context_.bindings = std::move(settings.bindings);
-    context_.typed = {};
     noteChange();
 }
 

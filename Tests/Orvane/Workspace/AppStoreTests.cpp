@@ -139,6 +139,35 @@ TEST_F(AppStoreTest, AttentionIsClearedWhereTheUserIsLookingAndToldElsewhere) {
     EXPECT_TRUE(hidden.needsAttention());
 }
 
+TEST_F(AppStoreTest, AnEndIsUnseenUntilSomebodyLooks) {
+    const Uuid home = project();
+    SessionController& agent =
+        *store->createSession({.kind = SessionKind::claude, .project = home, .command = "sleep 60"});
+    SessionController& shell = session(home);
+    store->becameActive();
+    const auto work = [](SessionController& session) {
+        session.setStatus({SessionStatus::Working{}}, StatusSource::screen);
+        session.setStatus({SessionStatus::Idle{}}, StatusSource::screen);
+    };
+    work(agent);
+    work(shell);
+    EXPECT_TRUE(agent.hasUnseenEnd());
+    EXPECT_FALSE(agent.needsAttention()) << "nobody has to act";
+    EXPECT_FALSE(shell.hasUnseenEnd()) << "a shell is always at an end";
+    agent.setStatus({SessionStatus::Ready{}}, StatusSource::screen);
+    EXPECT_TRUE(agent.hasUnseenEnd());
+    agent.setStatus({SessionStatus::Waiting{}}, StatusSource::screen);
+    EXPECT_FALSE(agent.hasUnseenEnd());
+    work(agent);
+    store->selectSession(agent.id());
+    EXPECT_FALSE(agent.hasUnseenEnd());
+    work(agent);
+    EXPECT_FALSE(agent.hasUnseenEnd()) << "the user watched it";
+    store->resignedActive();
+    work(agent);
+    EXPECT_TRUE(agent.hasUnseenEnd());
+}
+
 TEST_F(AppStoreTest, BranchesAreReadWhileActiveOnly) {
     const std::string calls = folder.path("calls");
     std::filesystem::create_directory(folder.path("bin"));

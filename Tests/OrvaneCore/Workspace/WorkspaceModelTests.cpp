@@ -180,6 +180,35 @@ TEST(WorkspaceModelTest, movesPanesAndKeepsTheFocusWithItsContent) {
         h(a,b,c) | focus:c layout:h(.,.) | h(a*,b) | [W] | a ; h(a,b,C) | chat:n layout:h(.,.) | h(a*,b) | [W]n | a)");
 }
 
+TEST(WorkspaceModelTest, movesSessionsIntoOtherTabs) {
+    Workspace workspace("h(a,b)");
+    WorkspaceModel& model = workspace.model;
+    model.openSurface(workspace.project, SurfaceMeta::workspace("other"));
+    const Uuid other = model.activeSurfaceID.at(workspace.project);
+    const PaneSize area{1600, 900};
+    const auto shapes = [&] {
+        return shape(model.surfaceTrees.at(workspace.surface), model.focusedPanes.at(workspace.surface)) + " " +
+               shape(model.surfaceTrees.at(other), model.focusedPanes.at(other));
+    };
+    model.moveToSurface(content('b'), other, area);
+    EXPECT_EQ(shapes(), "a* b*") << "into the empty pane";
+    EXPECT_EQ(model.activeSurfaceID.at(workspace.project), other) << "the user goes along";
+    model.moveToSurface(content('a'), other, area);
+    EXPECT_EQ(shapes(), ".* h(b,a*)");
+    // Nothing to move, or nowhere to move it.
+    model.moveToSurface(content('a'), other, area);
+    model.moveToSurface(content('x'), workspace.surface, area);
+    const Uuid elsewhere = model.workspaceSurface(model.addProject("/q"));
+    model.moveToSurface(content('a'), elsewhere, area);
+    EXPECT_EQ(shapes(), ".* h(b,a*)");
+
+    model.saveTemplate("mine", other);
+    model.removeTemplate(Uuid());
+    EXPECT_EQ(model.templates.size(), 1U);
+    model.removeTemplate(model.templates.front().id);
+    EXPECT_TRUE(model.templates.empty());
+}
+
 TEST(WorkspaceModelTest, aProjectStaysSelectedWhileProjectsComeAndGo) {
     WorkspaceModel model;
     std::map<std::string, Uuid> ids;

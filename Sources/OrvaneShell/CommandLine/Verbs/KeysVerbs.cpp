@@ -1,5 +1,7 @@
 #include <boost/json.hpp>
 #include <ostream>
+#include <utility>
+#include <vector>
 
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/CommandLine/ClientContext.h"
@@ -47,16 +49,28 @@ Outcome serveKeys(HostContext& host, const JSONObject&) {
                      {"unusable", std::move(unusable)}};
 }
 
+/// One row a command, with all its keys.
 void printKeys(ClientContext& client, const JSONObject& result) {
     Columns columns;
     columns.add(
-        {client.l10n.text("column.keys"), client.l10n.text("column.command"), client.l10n.text("column.meaning"), {}});
+        {client.l10n.text("column.command"), client.l10n.text("column.keys"), client.l10n.text("column.meaning")});
+    std::vector<std::string> row;
+    const auto flush = [&] {
+        if (!row.empty()) columns.add(std::exchange(row, {}));
+    };
     for (const JsonValue& value : result.array("bindings")) {
-        const JSONObject row(value);
-        const std::string keys = row.string("keys");
-        columns.add({keys.empty() ? "-" : keys, row.string("command"), row.string("meaning"),
-                     row.boolean("own") ? client.l10n.text("keys.own") : std::string()});
+        const JSONObject binding(value);
+        std::string keys = binding.string("keys", "-");
+        if (keys.empty()) keys = "-";
+        if (binding.boolean("own")) keys += " (" + client.l10n.text("keys.own") + ")";
+        if (!row.empty() && row.front() == binding.string("command")) {
+            row[1] += ", " + keys;
+            continue;
+        }
+        flush();
+        row = {binding.string("command"), std::move(keys), binding.string("meaning")};
     }
+    flush();
     client.output << columns.text() << '\n'
                   << client.l10n.text("keys.leader", result.string("leader"), result.string("preset")) << '\n';
 }
