@@ -53,6 +53,7 @@ const std::vector<ViewCommand>& table() {
         {Group::projects, {"f"}, {}, "view.command.foldProject", ProjectCommands::fold},
         {Group::view, {":"}, {}, "view.command.palette", FrameCommands::palette},
         {Group::view, {"b"}, {}, "view.command.sidebar", FrameCommands::toggleSidebar},
+        {Group::view, {"s"}, {}, "view.command.repeat", FrameCommands::repeat},
         {Group::view, {"d"}, {}, "view.command.detach", FrameCommands::detach},
         {Group::view, {"Q"}, {}, "view.command.quit", FrameCommands::quit},
         {Group::view, {"?"}, {}, "view.command.help", FrameCommands::help},

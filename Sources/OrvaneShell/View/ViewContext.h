@@ -30,6 +30,8 @@ class ViewContext {
         std::function<void()> stopHost;
         /// Registers the folder and shows it; a folder that cannot be used is told.
         std::function<void(const std::string& typed)> openProject;
+        /// Draws, or tells, all that is there anew.
+        std::function<void()> repeat;
         /// Puts a text into the clipboard of the client's terminal.
         std::function<void(const std::string& text)> copy;
     };

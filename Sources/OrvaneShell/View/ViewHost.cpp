@@ -14,6 +14,8 @@ namespace orvane {
 namespace {
 
 constexpr std::string_view leaderPreference = "view.leader";
+constexpr std::string_view themePreference = "view.theme";
+constexpr std::string_view screenReaderPreference = "view.screenReader";
 constexpr std::string_view defaultLeader = "C-b";
 /// Inside tmux, whose own leader is the default one.
 constexpr std::string_view nestedLeader = "C-a";
@@ -61,6 +63,10 @@ KeyPattern ViewHost::leader(bool isInsideTmux) const {
     return chosen ? *chosen : *KeyText::parse(isInsideTmux ? nestedLeader : defaultLeader);
 }
 
+bool ViewHost::isPlain(const JSONObject& arguments) const {
+    return arguments.boolean("screenReader") || preferences_.boolean(screenReaderPreference, false);
+}
+
 std::unique_ptr<WorkspaceView> ViewHost::make(HostContext& host, const JSONObject& arguments, TerminalDevice device,
                                               std::uint64_t id) {
     const bool isInsideTmux = arguments.boolean("insideTmux");
@@ -70,7 +76,12 @@ std::unique_ptr<WorkspaceView> ViewHost::make(HostContext& host, const JSONObjec
             .services = {.store = store, .tools = host.tools, .agents = host.agents, .history = host.history},
             .l10n = host.l10n,
             .leader = leader(isInsideTmux),
-            .features = OuterTerminal::of(arguments.string("term"), arguments.string("colorTerm"), isInsideTmux),
+            .features = OuterTerminal::of(arguments.string("term"), arguments.string("colorTerm"), isInsideTmux,
+                                          arguments.string("locale")),
+            .theme = ViewTheme::choiceNamed(preferences_.string(themePreference, "auto"))
+                         .value_or(ViewTheme::Choice::automatic),
+            .noColor = arguments.boolean("noColor"),
+            .isPlain = isPlain(arguments),
             .onEnd = [this, id](WorkspaceView::End end) { forget(id, end); },
             .stopHost = stopHost_,
             .openProject =
@@ -99,7 +110,7 @@ Outcome ViewHost::open(HostContext& host, const JSONObject& arguments) {
     Opened& opened = views_[id];
     opened.view = make(host, arguments, std::move(*device), id);
     opened.answer = host.answer;
-    attend(*connection, id);
+    attend(*connection, id, isPlain(arguments));
     opened.view->start();
     if (project) {
         host.store.selectProject(*project);
@@ -109,7 +120,7 @@ Outcome ViewHost::open(HostContext& host, const JSONObject& arguments) {
     return Streaming{};
 }
 
-void ViewHost::attend(LineServer::Connection& connection, std::uint64_t id) {
+void ViewHost::attend(LineServer::Connection& connection, std::uint64_t id, bool isPlain) {
     const auto bound = [weak = std::weak_ptr(self_), id](auto act) {
         return [weak, id, act](const auto&... arguments) {
             const auto self = weak.lock();
@@ -126,7 +137,7 @@ void ViewHost::attend(LineServer::Connection& connection, std::uint64_t id) {
     }));
     connection.onClose(
         bound([](WorkspaceView& opened) { opened.end(WorkspaceView::End::gone, WorkspaceView::Client::gone); }));
-    connection.stream(R"({"attached":true})");
+    connection.stream(isPlain ? R"({"attached":true,"plain":true})" : R"({"attached":true})");
 }
 
 void ViewHost::replaceOthers() {

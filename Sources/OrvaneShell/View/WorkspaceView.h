@@ -7,6 +7,7 @@
 #include "OrvaneShell/View/Input/PasteEncoder.h"
 #include "OrvaneShell/View/Painting/PanePainter.h"
 #include "OrvaneShell/View/Painting/SidebarPainter.h"
+#include "OrvaneShell/View/Plain/PlainView.h"
 #include "OrvaneShell/View/ViewContext.h"
 #include "OrvaneShell/View/ViewMouse.h"
 #include "OrvaneShell/View/ViewTerminal.h"
@@ -24,6 +25,11 @@ class WorkspaceView {
         L10n l10n;
         KeyPattern leader;
         OuterTerminal features;
+        ViewTheme::Choice theme = ViewTheme::Choice::automatic;
+        /// The user wants no colours wherever none were chosen.
+        bool noColor = false;
+        /// Plain lines in the place of a drawing.
+        bool isPlain = false;
         /// The view is over and has written its last byte. Called once, not from within a call of this object's; may
         /// destroy it.
         std::function<void(End)> onEnd;
@@ -43,6 +49,8 @@ class WorkspaceView {
     void end(End end, Client client = Client::waits);
     void noteSize() { terminal_.noteSize(); }
     void redraw() { terminal_.redraw(); }
+    /// At once.
+    void setTheme(ViewTheme::Choice theme);
     ViewContext& context() { return context_; }
 
  private:
@@ -54,13 +62,20 @@ class WorkspaceView {
     void takeMouse(const MouseEvent& mouse);
     void takePaste(const PasteEvent& paste);
     void takeFocus(const FocusEvent& focus);
+    void takeReply(const ReplyEvent& reply);
+    std::function<std::string(const Canvas&)> plainFrame();
+    void setGround(ViewTheme::Ground ground);
+    ViewTheme theme() const;
+    ViewLayout::Options layoutOptions(const Canvas& canvas) const;
     void requestFrame(ViewTerminal::Haste haste = ViewTerminal::Haste::paced);
     void paint(Canvas& canvas);
     void paintSurroundings(Canvas& canvas);
     void noteChange();
     void noteNews(const SessionController& session, const TerminalNews& news);
     void noteFocus();
+    void copy(std::string_view text);
     void ringFor(const SessionEvent& event);
+    void announceStatus(const SessionEvent& event, const SessionController& session);
     bool shows(const SessionController& session) const;
     ViewTerminal::Haste hasteOf(const SessionController& session);
 
@@ -69,6 +84,9 @@ class WorkspaceView {
     ViewContext context_;
     PanePainter panes_;
     SidebarPainter sidebar_;
+    PlainView plain_;
+    /// As the terminal has told.
+    ViewTheme::Ground ground_ = ViewTheme::Ground::dark;
     ViewMouse mouse_;
     bool hasFocus_ = true;
     bool isOver_ = false;

@@ -14,6 +14,10 @@ void toggleSidebar(ViewContext& view, const KeyEvent& /*key*/) {
     }
 }
 
+void repeat(ViewContext& view, const KeyEvent& /*key*/) {
+    view.actions.repeat();
+}
+
 void detach(ViewContext& view, const KeyEvent& /*key*/) {
     view.actions.detach();
 }

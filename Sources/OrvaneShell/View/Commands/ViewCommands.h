@@ -60,6 +60,7 @@ void fold(ViewContext& view, const KeyEvent& key);
 
 namespace FrameCommands {
 void toggleSidebar(ViewContext& view, const KeyEvent& key);
+void repeat(ViewContext& view, const KeyEvent& key);
 void detach(ViewContext& view, const KeyEvent& key);
 void quit(ViewContext& view, const KeyEvent& key);
 void help(ViewContext& view, const KeyEvent& key);
