@@ -30,10 +30,8 @@ constexpr OuterTerminal xtermLike{.hyperlinks = true, .cursorStyles = true, .era
 constexpr OuterTerminal console{.plainGlyphs = GlyphSet::console, .mouse = false, .eraseCharacters = true};
 
 /// Terminals of DEC, or what calls itself one.
-constexpr OuterTerminal vt220{.colors = Colors::none,
-                              .plainGlyphs = GlyphSet::console,
-                              .mouse = false,
-                              .eraseCharacters = true};
+constexpr OuterTerminal vt220{
+    .colors = Colors::none, .plainGlyphs = GlyphSet::console, .mouse = false, .eraseCharacters = true};
 constexpr OuterTerminal vt100{.colors = Colors::none, .plainGlyphs = GlyphSet::console, .mouse = false};
 
 /// The first that fits counts.
@@ -65,7 +63,8 @@ Colors colorsByName(std::string_view term, Colors otherwise) {
 /// "de_DE.UTF-8", "C.utf8"; what stands behind "@" does not count.
 bool isUtf8(std::string_view locale) {
     std::string codeset(locale.substr(0, locale.find('@')));
-    std::ranges::transform(codeset, codeset.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    std::ranges::transform(codeset, codeset.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return codeset.ends_with("utf-8") || codeset.ends_with("utf8");
 }
 

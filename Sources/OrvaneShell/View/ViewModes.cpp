@@ -18,11 +18,11 @@ std::string viewEnterText(MouseReports mouse) {
         "\x1b[?2004h\x1b[?1004h";  // bracketed paste, focus
     if (mouse == MouseReports::wanted) text += "\x1b[?1002h\x1b[?1006h";  // buttons and dragging, in SGR form
     text +=
-        "\x1b[?2031h"              // changes of the colour scheme are told
-        "\x1b]11;?\x1b\\"          // the questions
-        "\x1b[?u\x1b[?2026$p"      //
-        "\x1b[c"                   // DA1, which everyone answers, comes last
-        "\x1b[m\x1b[H\x1b[2J";     // an empty screen
+        "\x1b[?2031h"           // changes of the colour scheme are told
+        "\x1b]11;?\x1b\\"       // the questions
+        "\x1b[?u\x1b[?2026$p"   //
+        "\x1b[c"                // DA1, which everyone answers, comes last
+        "\x1b[m\x1b[H\x1b[2J";  // an empty screen
     return text;
 }
 

@@ -34,8 +34,8 @@ class ViewTerminal {
         std::function<void(Canvas&)> paint;
         /// The terminal is gone. May destroy this.
         std::function<void()> onGone;
-        /// For a terminal that is not drawn on: what it is to read after `paint`, in lines. It is left in its own screen
-        /// and modes; only a pasted text stays together where the terminal can do that.
+        /// For a terminal that is not drawn on: what it is to read after `paint`, in lines. It is left in its own
+        /// screen and modes; only a pasted text stays together where the terminal can do that.
         std::function<std::string(const Canvas&)> plainFrame = {};
     };
 

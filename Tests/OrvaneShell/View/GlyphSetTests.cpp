@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "Support/CanvasEdits.h"
 #include "OrvaneShell/View/FrameWriter.h"
+#include "Support/CanvasEdits.h"
 
 namespace orvane {
 namespace {
@@ -44,7 +44,8 @@ TEST(GlyphSetTest, FramesKeepTheirColumns) {
     OuterTerminal outer = OuterTerminal::of("vt220", "", false, "C");
     Canvas canvas(20, 3);
     CanvasPen pen(canvas, {0, 0, 20, 3});
-    pen.text(0, 0, "日本│ ● e\u0301 👩‍👩‍👧 end", {.fg = Attribute::Color::ansi256(1), .style = Attribute::CharacterStyle::bold});
+    pen.text(0, 0, "日本│ ● e\u0301 👩‍👩‍👧 end",
+             {.fg = Attribute::Color::ansi256(1), .style = Attribute::CharacterStyle::bold});
     FrameWriter writer(outer);
     const std::string bytes = writer.frame(canvas);
     EXPECT_TRUE(std::ranges::all_of(bytes, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; })) << bytes;

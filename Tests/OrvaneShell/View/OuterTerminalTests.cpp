@@ -71,7 +71,10 @@ TEST(OuterTerminalTests, TheLocaleTellsWhichCharactersThereAre) {
     )");
     for (const auto& [term, locale, expected] : rows) {
         const GlyphSet glyphs = OuterTerminal::of(term, "", false, locale).plainGlyphs;
-        EXPECT_EQ(glyphs == GlyphSet::all ? "all" : glyphs == GlyphSet::ascii ? "ascii" : "console", expected)
+        EXPECT_EQ(glyphs == GlyphSet::all     ? "all"
+                  : glyphs == GlyphSet::ascii ? "ascii"
+                                              : "console",
+                  expected)
             << term << " " << locale;
     }
 }

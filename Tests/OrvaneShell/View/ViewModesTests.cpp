@@ -44,7 +44,8 @@ TEST(ViewModesTest, TheQuestionsAreAnsweredWithTheAttributesLast) {
     Answers answers;
     Terminal terminal(answers);
     terminal.feed(viewEnterText(MouseReports::wanted));
-    EXPECT_TRUE(answers.sent.starts_with("\x1b]11;rgb:1414/1616/1a1a\x1b\\\x1b[?0u\x1b[?2026;2$y\x1b[?")) << answers.sent;
+    EXPECT_TRUE(answers.sent.starts_with("\x1b]11;rgb:1414/1616/1a1a\x1b\\\x1b[?0u\x1b[?2026;2$y\x1b[?"))
+        << answers.sent;
     EXPECT_TRUE(answers.sent.ends_with('c')) << answers.sent;
     EXPECT_TRUE(terminal.isAlternateBufferActive() && terminal.modes().cursorHidden && !terminal.modes().wraparound);
     EXPECT_EQ(terminal.modes().mouseMode, MouseMode::buttonEventTracking);

@@ -37,7 +37,7 @@ std::optional<Kind> kindOf(const ControlSequence& sequence) {
         case 'n':
             // CSI ? 997 ; 1 n, which DECSET 2031 asks for.
             return isPrivate && sequence.parameters.size() == 2 && sequence.valueOr(0, 0) == 997 ? Kind::colorScheme
-                                                                                                : Kind::other;
+                                                                                                 : Kind::other;
         case 't':
             return Kind::other;
         default:

@@ -68,8 +68,7 @@ void SidebarPainter::paintProject(const ViewContext& view, CanvasPen& pen, int y
     const bool isFolded = workspace.collapsedProjects.contains(project->id);
     const bool isShown = workspace.selectedProjectID == project->id;
     const Attribute color = ViewLook::ofHex(project->colorHex(), ViewLook::Style::bold);
-    const Attribute shown =
-        ViewLook::ofHex(project->colorHex(), ViewLook::Style::bold | ViewLook::Style::underline);
+    const Attribute shown = ViewLook::ofHex(project->colorHex(), ViewLook::Style::bold | ViewLook::Style::underline);
     pen.text(area.x, y, isFolded ? "▸" : "▾", color);
     const auto branch = view.store.gitBranches().find(project->id);
     std::string right = branch == view.store.gitBranches().end() ? std::string() : Text::oneLine(branch->second);

@@ -47,8 +47,7 @@ std::string PlainView::frame(ViewContext& view, const Canvas& canvas, GlyphSet g
     dialog_.resize(canvas.cols(), canvas.rows());
     if (view.overlay != nullptr) view.overlay->paint(view, dialog_);
     const PlainScreen dialog = PlainScreen::of(dialog_, {0, 0, dialog_.cols(), dialog_.rows()});
-    const bool hasDialog =
-        std::ranges::any_of(dialog.rows, [](const PlainRow& row) { return !row.text.empty(); });
+    const bool hasDialog = std::ranges::any_of(dialog.rows, [](const PlainRow& row) { return !row.text.empty(); });
     if (hasDialog) {
         writer_.dialog(dialog);
     } else {

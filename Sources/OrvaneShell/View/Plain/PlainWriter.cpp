@@ -36,8 +36,9 @@ std::string lettersOf(std::string_view text) {
     std::string letters;
     const auto add = [&](char32_t character) {
         const bool isAscii = character < 0x80;
-        const bool isSign = isAscii ? std::isalpha(static_cast<int>(character)) == 0
-                                    : character < 0xAA || character == 0xB7 || (character >= 0x2000 && character < 0x2C00);
+        const bool isSign = isAscii
+                                ? std::isalpha(static_cast<int>(character)) == 0
+                                : character < 0xAA || character == 0xB7 || (character >= 0x2000 && character < 0x2C00);
         if (!isSign) appendUtf8(character, letters);
     };
     Utf8Decoder decoder;
