@@ -201,6 +201,7 @@ TEST_P(ViewHeard, AScreenReaderHearsLines) {
         return until(*outer, [&] { return outer->bytes.contains(text); }) << "wanted: " << text << "\nheard:\n"
                                                                           << outer->bytes;
     };
+    ASSERT_TRUE(hears("C-b commands"));
     ASSERT_TRUE(hears("Pane “shell”, tab “1 Workspace”, project “project”\r\n"));
     ASSERT_TRUE(hears("ready> "));
     outer->bytes.clear();

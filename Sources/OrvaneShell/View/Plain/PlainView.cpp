@@ -65,6 +65,10 @@ void PlainView::tellPlace(const ViewContext& view) {
                       .session = session == nullptr ? std::nullopt : std::optional(session->id())};
     const std::string line = placeLine(view);
     if (place_ == place && placeLine_ == line) return;
+    if (!place_) {
+        const std::string leader = view.leaderText();
+        writer_.line(view.l10n.text("view.hint.normal", leader, leader, leader));
+    }
     isNewPlace_ = isNewPlace_ || place_ != place;
     place_ = place;
     placeLine_ = line;
