@@ -90,7 +90,7 @@ TEST_F(ViewInTmux, PanesAreSplitZoomedMovedResizedAndClosed) {
     tmux.enter(0, "echo ri''ght");
     ASSERT_TRUE(untilShows(0, "│right"));
     // The pane that has the keyboard has a green line, and its session the bar in the rail.
-    EXPECT_THAT(tmux.coloredScreen(0), HasSubstr("\x1b[32m"));
+    EXPECT_THAT(tmux.coloredScreen(0), HasSubstr("\x1b[38;5;114m"));
     EXPECT_THAT(tmux.coloredScreen(0), HasSubstr("\x1b[7m"));
 
     tmux.press(0, {"C-a", "z"});
@@ -147,8 +147,8 @@ TEST_F(ViewInTmux, AWaitingAgentStandsFirstInTheRailAndIsAnsweredFromAnotherPane
     EXPECT_EQ(rowOf(screen, "! asker"), 1) << screen;
     EXPECT_THAT(rowsOf(screen).at(rowOf(screen, "─ ! asker")), HasSubstr("[C-a a]"))
         << "the key stays when the options are too long";
-    EXPECT_THAT(tmux.coloredScreen(0), HasSubstr("\x1b[33m!"));
-    EXPECT_THAT(tmux.coloredScreen(0), HasSubstr("\x1b[34m●"));
+    EXPECT_THAT(tmux.coloredScreen(0), HasSubstr("\x1b[38;5;221m!"));
+    EXPECT_THAT(tmux.coloredScreen(0), HasSubstr("\x1b[38;5;75m●"));
     EXPECT_THAT(screen, HasSubstr("asker needs you"));
 
     tmux.press(0, {"C-a", "a"});

@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::int32_t found = 1;         ///< of any letter
 constexpr std::int32_t beginning = 8;     ///< of a word
+constexpr std::int32_t firstOfAll = 10;   ///< of the text: what it begins with is what it is called
 constexpr std::int32_t consecutive = 5;   ///< right behind the letter before
 constexpr std::int32_t gap = 2;           ///< lost for letters in between, however many
 constexpr std::size_t longestText = 256;  ///< letters that are looked at
@@ -42,7 +43,7 @@ std::vector<FuzzyRanking::Letter> FuzzyRanking::lettersOf(std::string_view text)
     for (std::int32_t at = 0; at < size && letters.size() < longestText;) {
         UChar32 code = 0;
         U8_NEXT_OR_FFFD(text.data(), at, size, code);  // NOLINT(bugprone-inc-dec-in-conditions): the macro
-        letters.push_back({.code = static_cast<char32_t>(code), .bonus = isAtStart ? beginning : 0});
+        letters.push_back({.code = static_cast<char32_t>(code), .bonus = letters.empty() ? firstOfAll : isAtStart ? beginning : 0});
         isAtStart = isSeparator(letters.back().code);
     }
     return letters;

@@ -72,6 +72,12 @@ int carryOut(ClientContext& client, const std::vector<std::string>& words) {
         client.output << "orvane " << ORVANE_VERSION << '\n';
         return CommandStatus::done;
     }
+    // The option of a command without a verb.
+    if (name == "--screen-reader") {
+        std::vector<std::string> view = words;
+        view.insert(view.begin(), "view");
+        return carryOut(client, view);
+    }
     const Verb* verb = verbOf(words);
     if (verb == nullptr || verb->run == nullptr) return complain(client, HelpText::unknownVerb(words, client.l10n));
     const std::vector<std::string> rest(words.begin() + (verb->name == name ? 1 : 2), words.end());

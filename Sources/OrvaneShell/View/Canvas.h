@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "OrvaneShell/View/ViewTheme.h"
 #include "TerminalEmulator/Buffer/ClusterTable.h"
 #include "TerminalEmulator/Buffer/StoredCell.h"
 #include "TerminalEmulator/TerminalOptions.h"
@@ -39,6 +40,8 @@ class Canvas {
     ClusterTable& clusters() { return clusters_; }
     const ClusterTable& clusters() const { return clusters_; }
 
+    /// Of what pens draw that is the interface's own.
+    ViewTheme theme;
     /// None hides it; so does a place outside.
     std::optional<Cursor> cursor;
 

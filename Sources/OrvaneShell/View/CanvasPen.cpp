@@ -81,7 +81,7 @@ int CanvasPen::text(int x, int y, std::string_view text, const Attribute& look, 
     std::vector<TextCell> cells = textCells(text, canvas_.clusters(), limit);
     shorten(cells, limit);
     const int start = x;
-    const StoredCell cell = Pen(look).cell();
+    const StoredCell cell = Pen(canvas_.theme.applied(look)).cell();
     cutEdges(y, std::max(start, area_.x), start + columnsOf(cells));
     for (const TextCell& character : cells) {
         put(x, y, character, cell);
@@ -105,7 +105,7 @@ void CanvasPen::fill(const CellRect& rect, const Attribute& look, char32_t chara
     const int width = std::max(UnicodeUtil::columnWidth(character), 1);
     const bool isBlank = UnicodeUtil::columnWidth(character) == 0;
     const TextCell cell{.code = isBlank ? 0 : static_cast<std::int32_t>(character), .width = width};
-    const StoredCell blank = Pen(look).cell();
+    const StoredCell blank = Pen(canvas_.theme.applied(look)).cell();
     for (int y = clip.y; y < clip.bottom(); ++y) {
         cutEdges(y, clip.x, clip.right());
         for (int x = clip.x; x + width <= clip.right(); x += width)

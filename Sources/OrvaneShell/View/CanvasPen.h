@@ -16,7 +16,8 @@ namespace orvane {
 
 class Terminal;
 
-/// Draws into a part of a canvas and nowhere else. All places are those of the canvas, `area` only clips. A wide
+/// Draws into a part of a canvas and nowhere else, in the looks that the canvas's theme makes of those that are asked
+/// for. All places are those of the canvas, `area` only clips. A wide
 /// character is never cut: a half that lost the other one, inside or beside what was drawn, becomes a blank.
 class CanvasPen {
  public:

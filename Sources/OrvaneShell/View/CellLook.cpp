@@ -43,7 +43,7 @@ std::optional<Rgb> rgbOf(std::uint32_t color) {
 
 std::uint32_t reduced(std::uint32_t color, Colors colors) {
     const bool isIndexed = kindOf(color) == indexedKind;
-    if (kindOf(color) == invertedKind) return CellColor::defaultColor;
+    if (colors == Colors::none || kindOf(color) == invertedKind) return CellColor::defaultColor;
     if (colors == Colors::direct || kindOf(color) == 0) return color;
     if (isIndexed && (colors == Colors::indexed || (color & 0xFF) < 16)) return color;
     const Rgb rgb = *rgbOf(color);

@@ -75,6 +75,7 @@ FrameCells::Content FrameCells::read(const Canvas& canvas, int y, FrameLinks lin
         if (code >= CharData::clusterBase) content = Content::clusters;
         const TextCell clean = code < CharData::clusterBase ? cleanScalar(code) : cleanCluster(canvas.clusters(), code);
         cell = fitted(cell, clean, x + 1 == row.size());
+        if (glyphs_ != GlyphSet::all) cell = plain(cell);
     }
     return content;
 }
@@ -87,6 +88,15 @@ StoredCell FrameCells::fitted(const StoredCell& cell, const TextCell& character,
     const bool isBaseWide = UnicodeUtil::columnWidth(base) == 2;
     if (character.width == 1 && !(isBaseWide && isLast)) return cell.with(character.code, 1);
     return cell.with(isBaseWide ? replacement : static_cast<std::int32_t>(base), 1);
+}
+
+/// A character in the glyphs that there are. One that is replaced takes a single column, and the other half of a wide
+/// one is blank.
+StoredCell FrameCells::plain(const StoredCell& cell) const {
+    const char32_t base = clusters_.baseScalar(cell.code());
+    const char32_t glyph = glyphIn(glyphs_, base);
+    const bool isKept = glyph == base && (glyphs_ == GlyphSet::console || cell.code() < CharData::clusterBase);
+    return isKept ? cell : cell.with(static_cast<std::int32_t>(glyph), 1);
 }
 
 TextCell FrameCells::cleanCluster(const ClusterTable& from, std::int32_t code) {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "OrvaneShell/View/Canvas.h"
+#include "OrvaneShell/View/GlyphSet.h"
 #include "OrvaneShell/View/TextCells.h"
 #include "TerminalEmulator/Buffer/ClusterTable.h"
 #include "TerminalEmulator/Buffer/PayloadHolder.h"
@@ -29,6 +30,9 @@ class FrameCells {
     /// `out` has as many cells as a row of the canvas.
     Content read(const Canvas& canvas, int y, FrameLinks links, std::span<StoredCell> out);
 
+    /// What is read from now on has these characters only.
+    void setGlyphs(GlyphSet glyphs) { glyphs_ = glyphs; }
+
     const ClusterTable& clusters() const { return clusters_; }
 
     /// Forgets clusters and links that none of these cells has when there are many; clusters in them may get other
@@ -41,11 +45,13 @@ class FrameCells {
         TextCell to;
     };
 
+    StoredCell plain(const StoredCell& cell) const;
     StoredCell fitted(const StoredCell& cell, const TextCell& character, bool isLast) const;
     TextCell cleanCluster(const ClusterTable& from, std::int32_t code);
     TextCell cleanCluster(std::string_view text);
     void hold(StoredCell& cell);
 
+    GlyphSet glyphs_ = GlyphSet::all;
     ClusterTable clusters_;
     PayloadHolder links_;
     int holds_ = 0;  ///< since links were given back

@@ -35,12 +35,14 @@ std::size_t index(int value) {
 
 FrameWriter::FrameWriter(const OuterTerminal& features) : features_(features) {
     out_.setFeatures(features);
+    cells_.setGlyphs(features.plainGlyphs);
 }
 
 void FrameWriter::setFeatures(const OuterTerminal& features) {
     if (features == features_) return;
     features_ = features;
     out_.setFeatures(features);
+    cells_.setGlyphs(features.plainGlyphs);
     invalidate();
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace orvane::NearestColor {
 
@@ -41,6 +42,15 @@ int level(int value) {
     return std::min((value - 35) / 40, 5);
 }
 
+/// Relative, from 0 to 1, of a colour in sRGB.
+double luminance(const Rgb& color) {
+    const auto linear = [](std::uint8_t part) {
+        const double value = part / 255.0;
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
+}
+
 }  // namespace
 
 Rgb rgb(std::uint8_t index) {
@@ -65,6 +75,12 @@ std::uint8_t ofSixteen(const Rgb& color) {
     const auto* const nearest =
         std::ranges::min_element(base, {}, [&](const Rgb& candidate) { return distance(candidate, color); });
     return static_cast<std::uint8_t>(nearest - base.begin());
+}
+
+double contrast(const Rgb& a, const Rgb& b) {
+    const double lighter = std::max(luminance(a), luminance(b));
+    const double darker = std::min(luminance(a), luminance(b));
+    return (lighter + 0.05) / (darker + 0.05);
 }
 
 bool isLight(const Rgb& color) {

@@ -22,6 +22,9 @@ std::uint8_t ofCubeAndRamp(const Rgb& color);
 /// Of the lowest sixteen.
 std::uint8_t ofSixteen(const Rgb& color);
 
+/// From 1 for none to 21 for black on white, after the Web Content Accessibility Guidelines 2.1.
+double contrast(const Rgb& a, const Rgb& b);
+
 /// Whether black rather than white is read easily on it.
 bool isLight(const Rgb& color);
 

@@ -1,7 +1,9 @@
 #include "OrvaneShell/View/OuterTerminal.h"
 
 #include <algorithm>
+#include <cctype>
 #include <iterator>
+#include <string>
 
 namespace orvane {
 
@@ -24,6 +26,14 @@ constexpr OuterTerminal modern{.colors = Colors::direct,
 /// What calls itself xterm is many things; sequences that all of them at least skip are taken for granted.
 constexpr OuterTerminal xtermLike{.hyperlinks = true, .cursorStyles = true, .eraseCharacters = true};
 
+/// The console of Linux asks a program of its own for the mouse.
+constexpr OuterTerminal console{.plainGlyphs = GlyphSet::console, .mouse = false, .eraseCharacters = true};
+
+/// Terminals of DEC, or what calls itself one.
+constexpr OuterTerminal vt220{
+    .colors = Colors::none, .plainGlyphs = GlyphSet::console, .mouse = false, .eraseCharacters = true};
+constexpr OuterTerminal vt100{.colors = Colors::none, .plainGlyphs = GlyphSet::console, .mouse = false};
+
 /// The first that fits counts.
 constexpr Kind kinds[] = {
     {"xterm-kitty", modern},
@@ -34,9 +44,10 @@ constexpr Kind kinds[] = {
     {"rxvt", {.cursorStyles = true, .eraseCharacters = true}},
     {"tmux", {.colors = Colors::indexed, .cursorStyles = true, .eraseCharacters = true}},
     {"screen", {.cursorStyles = true, .eraseCharacters = true}},
-    {"linux", {.eraseCharacters = true}},
-    {"vt220", {.eraseCharacters = true}},
-    {"vt", {}},
+    {"vte", xtermLike},
+    {"linux", console},
+    {"vt1", vt100},
+    {"vt", vt220},
     {"dumb", {.positionsCursor = false}},
     {"unknown", {.positionsCursor = false}},
     {"", {.eraseCharacters = true}},
@@ -44,12 +55,23 @@ constexpr Kind kinds[] = {
 
 Colors colorsByName(std::string_view term, Colors otherwise) {
     if (term.ends_with("-direct")) return Colors::direct;
+    if (term.ends_with("-m") || term.ends_with("-mono")) return Colors::none;
+    if (term.ends_with("-color") || term.ends_with("-16color")) return std::max(otherwise, Colors::sixteen);
     return term.ends_with("-256color") ? std::max(otherwise, Colors::indexed) : otherwise;
+}
+
+/// "de_DE.UTF-8", "C.utf8"; what stands behind "@" does not count.
+bool isUtf8(std::string_view locale) {
+    std::string codeset(locale.substr(0, locale.find('@')));
+    std::ranges::transform(codeset, codeset.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return codeset.ends_with("utf-8") || codeset.ends_with("utf8");
 }
 
 }  // namespace
 
-OuterTerminal OuterTerminal::of(std::string_view term, std::string_view colorTerm, bool insideTmux) {
+OuterTerminal OuterTerminal::of(std::string_view term, std::string_view colorTerm, bool insideTmux,
+                                std::string_view locale) {
     if (term.empty()) return {.positionsCursor = false};
     const auto* const kind = std::ranges::find_if(kinds, [&](const Kind& row) { return term.starts_with(row.name); });
     OuterTerminal result = kind->features;
@@ -62,6 +84,8 @@ OuterTerminal OuterTerminal::of(std::string_view term, std::string_view colorTer
     // console.
     const bool isInherited = (term.starts_with("screen") && !insideTmux) || term == "linux" || !result.positionsCursor;
     if (!isInherited && (colorTerm == "truecolor" || colorTerm == "24bit")) result.colors = Colors::direct;
+    if (!isInherited && !colorTerm.empty()) result.colors = std::max(result.colors, Colors::sixteen);
+    if (!locale.empty() && !isUtf8(locale)) result.plainGlyphs = GlyphSet::ascii;
     return result;
 }
 

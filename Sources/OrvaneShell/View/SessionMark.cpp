@@ -24,7 +24,7 @@ SessionMark SessionMark::of(const SessionController& session) {
                                              : SessionMark{"●", ViewLook::colored(ViewLook::blue)};
                           },
                           [](const Status::Idle&) { return SessionMark{"○", ViewLook::colored(ViewLook::green)}; },
-                          [](const Status::Ready&) { return SessionMark{"○", ViewLook::dim}; },
+                          [](const Status::Ready&) { return SessionMark{"◦", ViewLook::dim}; },
                           [](const Status::Done&) { return SessionMark{"✓", ViewLook::dim}; },
                           [](const Status::Failed&) { return SessionMark{"✗", ViewLook::colored(ViewLook::red)}; },
                       },

@@ -16,6 +16,7 @@
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/CommandLine/CommandStatus.h"
 #include "OrvaneShell/View/LinkOpener.h"
+#include "OrvaneShell/View/OuterTerminal.h"
 #include "OrvaneShell/View/ViewModes.h"
 
 namespace orvane {
@@ -34,12 +35,22 @@ std::string textOrNothing(const std::string& text) {
     return Text::isValidUtf8(text) ? text : std::string();
 }
 
-std::string requestLine(const ClientContext& client, const std::string& project) {
+/// Of characters: the first of the three that is set.
+std::string locale(const Environment& environment) {
+    for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"})
+        if (const std::string value = variable(environment, name); !value.empty()) return value;
+    return {};
+}
+
+std::string requestLine(const ClientContext& client, const ViewClient::Wish& wish) {
     const Environment& environment = client.environment;
     boost::json::object arguments{{"term", textOrNothing(variable(environment, "TERM"))},
                                   {"colorTerm", textOrNothing(variable(environment, "COLORTERM"))},
+                                  {"noColor", !variable(environment, "NO_COLOR").empty()},
                                   {"environmentLanguage", rawValue(chooseLanguage({}, variable(environment, "LC_ALL"),
                                                                                   variable(environment, "LANG")))},
+                                  {"locale", textOrNothing(locale(environment))},
+                                  {"screenReader", wish.isPlain},
                                   {"insideTmux", !variable(environment, "TMUX").empty()},
                                   {"folder", textOrNothing(client.workingDirectory)}};
     boost::json::object desktop;
@@ -48,16 +59,22 @@ std::string requestLine(const ClientContext& client, const std::string& project)
         if (!value.empty()) desktop[name] = textOrNothing(value);
     }
     arguments["desktop"] = std::move(desktop);
-    if (!project.empty()) arguments["project"] = textOrNothing(client.projectText(project));
+    if (!wish.project.empty()) arguments["project"] = textOrNothing(client.projectText(wish.project));
     return client.requestLine("view", arguments);
 }
 
 /// Why no view can be opened from here; empty when one can.
-std::string obstacle(const ClientContext& client) {
+std::string obstacle(const ClientContext& client, const ViewClient::Wish& wish) {
     const std::string session = variable(client.environment, std::string(LaunchPlan::sessionVariable));
     if (!session.empty()) return client.l10n.text("view.inside");
     const std::string term = variable(client.environment, "TERM");
-    return term == "dumb" ? client.l10n.text("error.dumbTerminal", term) : std::string();
+    return term == "dumb" && !wish.isPlain ? client.l10n.text("error.dumbTerminal", term) : std::string();
+}
+
+/// A terminal that can place no cursor was sent no sequences either.
+std::string_view plainFarewell(const Environment& environment) {
+    const bool hasSequences = OuterTerminal::of(variable(environment, "TERM"), {}, false).positionsCursor;
+    return hasSequences ? plainLeaveText() : "\r\n";
 }
 
 int refuse(ClientContext& client, const std::string& message) {
@@ -75,11 +92,11 @@ std::string_view textKeyOf(std::string_view reason) {
 
 }  // namespace
 
-int ViewClient::run(ClientContext& client, const std::string& project) {
-    if (const std::string reason = obstacle(client); !reason.empty()) return refuse(client, reason);
+int ViewClient::run(ClientContext& client, const Wish& wish) {
+    if (const std::string reason = obstacle(client, wish); !reason.empty()) return refuse(client, reason);
     const auto loan = TerminalLoan::begin(STDIN_FILENO, STDOUT_FILENO);
     if (!loan) return refuse(client, client.l10n.text("error.viewNeedsTerminal"));
-    const std::string request = requestLine(client, project);
+    const std::string request = requestLine(client, wish);
     for (int attempt = 1;; ++attempt) {
         const auto host = client.connect(HostStart::ifNeeded);
         if (!host) return host.error();
@@ -142,6 +159,7 @@ std::optional<ViewClient::End> ViewClient::takeLines() {
         if (object.contains("ok")) return Answered{*std::move(reply)};
         if (!object.boolean("attached")) continue;
         isAttached_ = true;
+        isPlain_ = object.boolean("plain");
         if (!leavesBecauseOf_) deadline_.reset();
     }
 }
@@ -190,7 +208,7 @@ void ViewClient::tell(std::string_view line) {
 void ViewClient::giveBack() {
     client_.disconnect();
     if (isAttached_) {
-        loan_.end(viewLeaveText());
+        loan_.end(isPlain_ ? plainFarewell(client_.environment) : viewLeaveText());
     } else {
         loan_.end();
     }

@@ -18,8 +18,13 @@ namespace orvane {
 /// and waits. However that ends, the terminal is given back as it was.
 class ViewClient {
  public:
-    /// Returns the exit status; a signal that ends it ends the process. An empty project is that of the host's choice.
-    static int run(ClientContext& client, const std::string& project);
+    struct Wish {
+        std::string project = {};  ///< empty for that of the host's choice
+        /// Plain lines, for a screen reader; else as the preferences say.
+        bool isPlain = false;
+    };
+    /// Returns the exit status; a signal that ends it ends the process.
+    static int run(ClientContext& client, const Wish& wish);
 
  private:
     using Clock = std::chrono::steady_clock;
@@ -54,6 +59,7 @@ class ViewClient {
     LineClient& host_;  ///< gone once the terminal was given back
     SignalInbox signals_;
     bool isAttached_ = false;  ///< the host may have drawn
+    bool isPlain_ = false;     ///< or only written lines
     std::optional<Signalled> leavesBecauseOf_;
     /// For the host to draw, or to stop that; none while the view is open.
     std::optional<Clock::time_point> deadline_;

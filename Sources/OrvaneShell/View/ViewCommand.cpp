@@ -235,6 +235,7 @@ const std::vector<ViewCommand>& table() {
          .name = "sidebar",
          .textKey = "view.command.sidebar",
          .run = FrameCommands::toggleSidebar},
+        {.group = Group::view, .name = "repeat", .textKey = "view.command.repeat", .run = FrameCommands::repeat},
         {.group = Group::view, .name = "lock", .textKey = "view.command.lock", .run = FrameCommands::lock},
         {.group = Group::view, .name = "detach", .textKey = "view.command.detach", .run = FrameCommands::detach},
         {.group = Group::view, .name = "quit", .textKey = "view.command.quit", .run = FrameCommands::quit},

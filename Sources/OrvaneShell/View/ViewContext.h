@@ -32,6 +32,8 @@ class ViewContext {
         std::function<void()> stopHost;
         /// Registers the folder and shows it; a folder that cannot be used is told.
         std::function<void(const std::string& typed)> openProject;
+        /// Draws, or tells, all that is there anew.
+        std::function<void()> repeat;
         /// Opens an address on the user's desktop; false when there is none to be seen from here.
         std::function<bool(const std::string& address)> openLink;
         /// Puts a text into the clipboard of the client's terminal.

@@ -14,6 +14,8 @@ namespace orvane {
 
 namespace {
 
+constexpr std::string_view screenReaderPreference = "view.screenReader";
+
 std::string_view reasonOf(WorkspaceView::End end) {
     switch (end) {
         case WorkspaceView::End::detached:
@@ -69,6 +71,10 @@ ViewHost::ViewHost(PreferencesStore& preferences, std::string home, std::functio
     });
 }
 
+bool ViewHost::isPlain(const JSONObject& arguments) const {
+    return arguments.boolean("screenReader") || preferences_.boolean(screenReaderPreference, false);
+}
+
 std::unique_ptr<WorkspaceView> ViewHost::make(HostContext& host, const JSONObject& arguments, TerminalDevice device,
                                               std::uint64_t id) {
     const ViewSettings::Client client{
@@ -78,25 +84,27 @@ std::unique_ptr<WorkspaceView> ViewHost::make(HostContext& host, const JSONObjec
     views_[id].client = client;
     views_[id].links = std::make_unique<LinkOpener>(store.loop(), preferences_, desktopOf(arguments.object("desktop")));
     return std::make_unique<WorkspaceView>(
-        WorkspaceView::Setup{
-            .services = {.store = store,
-                         .tools = host.tools,
-                         .agents = host.agents,
-                         .history = host.history,
-                         .preferences = host.preferences},
-            .settings = ViewSettings::of(preferences_, client),
-            .features = OuterTerminal::of(arguments.string("term"), arguments.string("colorTerm"), client.isInsideTmux),
-            .onEnd = [this, id](WorkspaceView::End end) { forget(id, end); },
-            .stopHost = stopHost_,
-            .openProject =
-                [this, &store, id](const std::string& typed) {
-                    const bool isInHome = typed == "~" || typed.starts_with("~/");
-                    const WorkspaceView* opened = view(id);
-                    if (opened == nullptr) return;
-                    showFolder(store, opened->context().l10n, isInHome ? home_ + typed.substr(1) : typed, Folder::asked,
-                               id);
-                },
-            .openLink = [this, id](const std::string& address) { return openLink(id, address); }},
+        WorkspaceView::Setup{.services = {.store = store,
+                                          .tools = host.tools,
+                                          .agents = host.agents,
+                                          .history = host.history,
+                                          .preferences = host.preferences},
+                             .settings = ViewSettings::of(preferences_, client),
+                             .features = OuterTerminal::of(arguments.string("term"), arguments.string("colorTerm"),
+                                                           client.isInsideTmux, arguments.string("locale")),
+                             .noColor = arguments.boolean("noColor"),
+                             .isPlain = isPlain(arguments),
+                             .onEnd = [this, id](WorkspaceView::End end) { forget(id, end); },
+                             .stopHost = stopHost_,
+                             .openProject =
+                                 [this, &store, id](const std::string& typed) {
+                                     const bool isInHome = typed == "~" || typed.starts_with("~/");
+                                     const WorkspaceView* opened = view(id);
+                                     if (opened == nullptr) return;
+                                     showFolder(store, opened->context().l10n,
+                                                isInHome ? home_ + typed.substr(1) : typed, Folder::asked, id);
+                                 },
+                             .openLink = [this, id](const std::string& address) { return openLink(id, address); }},
         std::move(device));
 }
 
@@ -118,7 +126,7 @@ Outcome ViewHost::open(HostContext& host, const JSONObject& arguments) {
     Opened& opened = views_[id];
     opened.view = make(host, arguments, std::move(*device), id);
     opened.answer = host.answer;
-    attend(*connection, id);
+    attend(*connection, id, isPlain(arguments));
     opened.view->start();
     if (project) {
         host.store.selectProject(*project);
@@ -140,7 +148,7 @@ bool ViewHost::openLink(std::uint64_t id, const std::string& address) {
     return found != views_.end() && found->second.links->open(address, tellFailure);
 }
 
-void ViewHost::attend(LineServer::Connection& connection, std::uint64_t id) {
+void ViewHost::attend(LineServer::Connection& connection, std::uint64_t id, bool isPlain) {
     const auto bound = [weak = std::weak_ptr(self_), id](auto act) {
         return [weak, id, act](const auto&... arguments) {
             const auto self = weak.lock();
@@ -157,7 +165,7 @@ void ViewHost::attend(LineServer::Connection& connection, std::uint64_t id) {
     }));
     connection.onClose(
         bound([](WorkspaceView& opened) { opened.end(WorkspaceView::End::gone, WorkspaceView::Client::gone); }));
-    connection.stream(R"({"attached":true})");
+    connection.stream(isPlain ? R"({"attached":true,"plain":true})" : R"({"attached":true})");
 }
 
 void ViewHost::replaceOthers() {

@@ -34,7 +34,8 @@ class ViewHost {
     std::unique_ptr<WorkspaceView> make(HostContext& host, const JSONObject& arguments, TerminalDevice device,
                                         std::uint64_t id);
     bool openLink(std::uint64_t id, const std::string& address);
-    void attend(LineServer::Connection& connection, std::uint64_t id);
+    bool isPlain(const JSONObject& arguments) const;
+    void attend(LineServer::Connection& connection, std::uint64_t id, bool isPlain);
     void replaceOthers();
     void forget(std::uint64_t id, WorkspaceView::End end);
     WorkspaceView* view(std::uint64_t id) const;

@@ -101,7 +101,7 @@ void placeFrame(ViewLayout& layout, const ViewLayout::Options& options) {
     const int upper = std::max(0, options.rows - 1);
     layout.sidebar = {0, 0, sidebar, upper};
     layout.sidebarEdge = {sidebar, 0, edge, upper};
-    layout.tabStrip = {left, 0, options.cols - left, std::min(1, upper)};
+    layout.tabStrip = {left, 0, options.cols - left, std::min(options.showsTabs ? 1 : 0, upper)};
     layout.work = {left, layout.tabStrip.rows, options.cols - left, upper - layout.tabStrip.rows};
     layout.hints = {0, upper, options.cols, options.rows - upper};
 }
@@ -138,7 +138,7 @@ ViewLayout ViewLayout::of(const WorkspaceModel& workspace, const Options& option
     placeFrame(layout, options);
     const auto project = workspace.selectedProjectID;
     if (!project) return layout;
-    placeTabs(layout, workspace, *project);
+    if (options.showsTabs) placeTabs(layout, workspace, *project);
     const auto active = workspace.activeSurfaceID.find(*project);
     if (active == workspace.activeSurfaceID.end()) return layout;
     layout.surface = active->second;

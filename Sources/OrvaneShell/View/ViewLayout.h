@@ -82,6 +82,7 @@ struct ViewLayout {
         int cols = 80;
         int rows = 24;
         bool showsSidebar = true;
+        bool showsTabs = true;
         std::optional<Uuid> zoomedLeaf;
     };
     static ViewLayout of(const WorkspaceModel& workspace, const Options& options);

@@ -8,17 +8,30 @@ namespace orvane {
 // Names after xterm's "Control Sequences". Where a terminal does not know a sequence and shows its last character, as
 // the Linux console may, the erasure behind it takes that away.
 
-std::string_view viewEnterText() {
-    return "\x1b[?1049h"             // alternate screen
-           "\x1b[?25l"               // DECTCEM: no cursor
-           "\x1b[r\x1b[?6l\x1b[4l"   // no margins, no origin mode, no insert mode
-           "\x1b(B\x0f"              // ASCII, and not line drawing
-           "\x1b[?7l"                // DECAWM: the last column may be written without a scroll
-           "\x1b[?2004h\x1b[?1004h"  // bracketed paste, focus
-           "\x1b[?1002h\x1b[?1006h"  // buttons and dragging, in SGR form
-           "\x1b[?u\x1b[?2026$p"     // the questions
-           "\x1b[c"                  // DA1, which everyone answers, comes last
-           "\x1b[m\x1b[H\x1b[2J";    // an empty screen
+std::string viewEnterText(MouseReports mouse) {
+    std::string text =
+        "\x1b[?1049h"              // alternate screen
+        "\x1b[?25l"                // DECTCEM: no cursor
+        "\x1b[r\x1b[?6l\x1b[4l"    // no margins, no origin mode, no insert mode
+        "\x1b(B\x0f"               // ASCII, and not line drawing
+        "\x1b[?7l"                 // DECAWM: the last column may be written without a scroll
+        "\x1b[?2004h\x1b[?1004h";  // bracketed paste, focus
+    if (mouse == MouseReports::wanted) text += "\x1b[?1002h\x1b[?1006h";  // buttons and dragging, in SGR form
+    text +=
+        "\x1b[?2031h"           // changes of the colour scheme are told
+        "\x1b]11;?\x1b\\"       // the questions
+        "\x1b[?u\x1b[?2026$p"   //
+        "\x1b[c"                // DA1, which everyone answers, comes last
+        "\x1b[m\x1b[H\x1b[2J";  // an empty screen
+    return text;
+}
+
+std::string_view plainEnterText() {
+    return "\x1b[?2004h";
+}
+
+std::string_view plainLeaveText() {
+    return "\x1b[?2004l\r\n";
 }
 
 std::string_view viewKeepTitleText() {
@@ -29,7 +42,7 @@ std::string_view viewLeaveText() {
     return "\x18\x1b\\"                                    // CAN and ST end what was cut
            "\x1b[?2026l"                                   // shows what was held back
            "\x1b[?1003l\x1b[?1002l\x1b[?1000l\x1b[?1006l"  // early: the mouse goes on moving
-           "\x1b[?1004l\x1b[?2004l"                        // focus, bracketed paste
+           "\x1b[?1004l\x1b[?2004l\x1b[?2031l"             // focus, bracketed paste, colour scheme
            "\x1b[<u\x1b[>4m"                               // keyboard: kitty's protocol, modifyOtherKeys
            "\x1b[?7h\x1b[r\x1b(B\x0f"                      // autowrap, margins, ASCII
            "\x1b]8;;\x1b\\"                                // no link

@@ -1,15 +1,22 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace orvane {
 
+enum class MouseReports : std::uint8_t { none, wanted };
+
 /// What a terminal is told before the view is drawn on it: the alternate screen, cleared, with no cursor; no autowrap,
-/// reports of focus, paste and mouse; and the questions what it can do. It answers CSI ? flags u if it has the keyboard
-/// protocol of kitty, CSI ? 2026 ; n $ y if it knows synchronized output, and at last, in any case, with its device
-/// attributes, CSI ? … c.
-std::string_view viewEnterText();
+/// reports of focus, paste, mouse and colour scheme; and the questions what it can do. It answers OSC 11 if it tells
+/// its background, CSI ? flags u if it has the keyboard protocol of kitty, CSI ? 2026 ; n $ y if it knows synchronized
+/// output, and at last, in any case, with its device attributes, CSI ? … c.
+std::string viewEnterText(MouseReports mouse);
+
+/// For a view in plain lines, which asks nothing and sets only what keeps a pasted text together; and its end.
+std::string_view plainEnterText();
+std::string_view plainLeaveText();
 
 /// Keeps the title of the window, once before the first one of the view; the leave text brings it back.
 std::string_view viewKeepTitleText();

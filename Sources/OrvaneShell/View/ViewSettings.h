@@ -2,6 +2,7 @@
 
 #include "OrvaneCore/Support/L10n.h"
 #include "OrvaneShell/View/Keys/KeyBindings.h"
+#include "OrvaneShell/View/ViewTheme.h"
 #include "Platform/PreferencesStore.h"
 
 namespace orvane {
@@ -11,6 +12,7 @@ struct ViewSettings {
     L10n l10n;
     KeyPattern leader;
     KeyBindings bindings;
+    ViewTheme::Choice theme = ViewTheme::Choice::automatic;
 
     /// What the client says of itself.
     struct Client {

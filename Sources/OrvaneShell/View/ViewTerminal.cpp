@@ -41,10 +41,15 @@ ViewTerminal::ViewTerminal(MainLoop& loop, TerminalDevice device, const OuterTer
 void ViewTerminal::start() {
     isStarted_ = true;
     (void)device_.makeRaw();  // a terminal that is gone says so when it is read
-    send(viewKeepTitleText());
-    send(viewEnterText());
+    if (!isPlain()) send(viewKeepTitleText());
+    enter();
     readWatch_ = loop_.watch(device_.descriptor(), Readiness::readable, [this] { readInput(); });
     noteSize();
+}
+
+void ViewTerminal::enter() {
+    if (!isPlain()) return send(viewEnterText(features_.mouse ? MouseReports::wanted : MouseReports::none));
+    if (features_.positionsCursor) send(plainEnterText());
 }
 
 void ViewTerminal::stop() {
@@ -57,7 +62,7 @@ void ViewTerminal::stop() {
 
 void ViewTerminal::giveBack() {
     stop();
-    (void)device_.write(viewLeaveText());
+    if (!isPlain() || features_.positionsCursor) (void)device_.write(isPlain() ? plainLeaveText() : viewLeaveText());
     (void)device_.restore();
 }
 
@@ -99,7 +104,7 @@ void ViewTerminal::noteSize() {
 
 void ViewTerminal::redraw() {
     (void)device_.makeRaw();
-    send(viewEnterText());
+    enter();
     writer_.invalidate();
     noteSize();
 }
@@ -111,8 +116,10 @@ void ViewTerminal::requestFrame(Haste haste) {
 }
 
 void ViewTerminal::schedule() {
+    const Instant now = loop_.now();
     const Instant promptAt = std::max(lineFreeAt_, nextFrameAt_ - mostBorrowed * frameInterval);
-    const Duration wait = (wanted_ == Haste::prompt ? promptAt : nextFrameAt_) - loop_.now();
+    const Instant pacedAt = isPlain() ? std::max(now, lineFreeAt_) + plainInterval : nextFrameAt_;
+    const Duration wait = (wanted_ == Haste::prompt ? promptAt : pacedAt) - now;
     frameTimer_.reset();
     if (wait > Duration{}) {
         frameTimer_ = loop_.after(wait, [this] { draw(); });
@@ -133,7 +140,7 @@ void ViewTerminal::draw() {
     }
     callbacks_.paint(canvas_);
     if (!isStarted_) return;
-    const std::string frame = writer_.frame(canvas_);
+    const std::string frame = isPlain() ? callbacks_.plainFrame(canvas_) : writer_.frame(canvas_);
     if (frame.empty()) return;
     const Duration sending(static_cast<std::int64_t>(static_cast<double>(frame.size()) / bytesPerSecond * 1e9));
     const Instant now = loop_.now();
@@ -171,6 +178,7 @@ void ViewTerminal::flush() {
 }
 
 void ViewTerminal::trackMotion(bool isWanted) {
+    if (isPlain() || !features_.mouse) return;
     if (std::exchange(tracksMotion_, isWanted) != isWanted) send(viewMotionText(isWanted));
 }
 

@@ -23,6 +23,8 @@ class ViewTerminal {
     static constexpr Duration frameInterval = std::chrono::microseconds(16'667);
     /// So many frames may be ahead of their time, when they answer keys.
     static constexpr int mostBorrowed = 3;
+    /// Of plain lines: what changes on the way is not worth reading.
+    static constexpr Duration plainInterval = std::chrono::milliseconds(200);
     /// What a flood may send; the next frame waits until this one would have gone out at that rate.
     static constexpr double bytesPerSecond = 1 << 20;
 
@@ -32,6 +34,9 @@ class ViewTerminal {
         std::function<void(Canvas&)> paint;
         /// The terminal is gone. May destroy this.
         std::function<void()> onGone;
+        /// For a terminal that is not drawn on: what it is to read after `paint`, in lines. It is left in its own
+        /// screen and modes; only a pasted text stays together where the terminal can do that.
+        std::function<std::string(const Canvas&)> plainFrame = {};
     };
 
     /// Shows nothing before `start`. The loop must outlive it.
@@ -64,6 +69,8 @@ class ViewTerminal {
     void noteReply(const ReplyEvent& reply);
 
  private:
+    bool isPlain() const { return callbacks_.plainFrame != nullptr; }
+    void enter();
     void readInput();
     void dispatch();
     void schedule();

@@ -1,14 +1,19 @@
 #include "OrvaneShell/View/WorkspaceView.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <utility>
 
 #include "OrvaneCore/Support/Overloaded.h"
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneShell/View/Commands/ViewCommands.h"
 #include "OrvaneShell/View/Input/KeyEncoder.h"
+#include "OrvaneShell/View/NearestColor.h"
 #include "OrvaneShell/View/Painting/FramePainter.h"
+#include "OrvaneShell/View/SessionQuestion.h"
 #include "OrvaneShell/View/TracePanel.h"
 #include "OrvaneShell/View/ViewCommand.h"
+#include "OrvaneShell/View/ViewHints.h"
 #include "OrvaneShell/View/ViewModes.h"
 #include "TerminalEmulator/HeadlessTerminal.h"
 
@@ -35,14 +40,19 @@ WorkspaceView::WorkspaceView(Setup setup, TerminalDevice device)
       terminal_(setup_.services.store.loop(), std::move(device), setup_.features,
                 {.onInput = [this](const InputEvent& event) { take(event); },
                  .paint = [this](Canvas& canvas) { paint(canvas); },
-                 .onGone = [this] { end(End::gone); }}),
-      context_(setup_.services,
-               {.requestFrame = [this] { requestFrame(); },
-                .detach = [this] { end(End::detached); },
-                .stopHost = [this] { setup_.stopHost(); },
-                .openProject = [this](const std::string& typed) { setup_.openProject(typed); },
-                .openLink = [this](const std::string& address) { return setup_.openLink(address); },
-                .copy = [this](const std::string& text) { terminal_.send(viewClipboardText(text)); }}) {}
+                 .onGone = [this] { end(End::gone); },
+                 .plainFrame = plainFrame()}),
+      context_(setup_.services, {.requestFrame = [this] { requestFrame(); },
+                                 .detach = [this] { end(End::detached); },
+                                 .stopHost = [this] { setup_.stopHost(); },
+                                 .openProject = [this](const std::string& typed) { setup_.openProject(typed); },
+                                                  .repeat =
+                                     [this] {
+                                         plain_.repeat();
+                                         redraw();
+                                     },
+                                 .openLink = [this](const std::string& address) { return setup_.openLink(address); },
+                .copy = [this](const std::string& text) { copy(text); }}) {}
 
 WorkspaceView::~WorkspaceView() = default;
 
@@ -50,7 +60,14 @@ void WorkspaceView::apply(ViewSettings settings) {
     context_.l10n = settings.l10n;
     context_.leader = settings.leader;
     context_.bindings = std::move(settings.bindings);
+    theme_ = settings.theme;
     noteChange();
+}
+
+/// Empty for a view that is drawn.
+std::function<std::string(const Canvas&)> WorkspaceView::plainFrame() {
+    if (!setup_.isPlain) return {};
+    return [this](const Canvas& canvas) { return plain_.frame(context_, canvas, setup_.features.plainGlyphs); };
 }
 
 void WorkspaceView::start() {
@@ -67,9 +84,17 @@ void WorkspaceView::start() {
     ageTimer_ = store.loop().every(ageInterval, ageTolerance, [this] { requestFrame(); });
     store.becameActive();
     context_.showsWelcome = !setup_.services.preferences.boolean(welcomedKey, false);
-    if (context_.showsWelcome) setup_.services.preferences.setBoolean(welcomedKey, true);
+    if (context_.showsWelcome) welcome();
     terminal_.start();
     noteChange();
+}
+
+/// Once in a life.
+void WorkspaceView::welcome() {
+    setup_.services.preferences.setBoolean(welcomedKey, true);
+    if (!setup_.isPlain) return;
+    for (std::string& line : ViewHints::welcome(context_))
+        plain_.announce(std::move(line));
 }
 
 void WorkspaceView::end(End end, Client client) {
@@ -95,7 +120,7 @@ void WorkspaceView::take(const InputEvent& event) {
         Overloaded{[&](const KeyEvent& key) { takeKey(key); }, [&](const MouseEvent& mouse) { takeMouse(mouse); },
                    [&](const PasteEvent& paste) { takePaste(paste); },
                    [&](const FocusEvent& focus) { takeFocus(focus); },
-                   [&](const ReplyEvent& reply) { terminal_.noteReply(reply); }},
+                   [&](const ReplyEvent& reply) { takeReply(reply); }},
         event);
 }
 
@@ -112,7 +137,9 @@ void WorkspaceView::takeKey(const KeyEvent& key) {
     } else if (taken == CommandKeys::Taken::no) {
         return takePaneKey(key);
     }
-    if (!isOver_) requestFrame(ViewTerminal::Haste::prompt);
+    // Whoever types a command without looking needs no list of them.
+    const bool isAnswered = !setup_.isPlain || context_.typed.isEmpty();
+    if (!isOver_) requestFrame(isAnswered ? ViewTerminal::Haste::prompt : ViewTerminal::Haste::paced);
 }
 
 void WorkspaceView::takeOverlayKey(const KeyEvent& key) {
@@ -189,6 +216,30 @@ void WorkspaceView::takeFocus(const FocusEvent& focus) {
     noteFocus();
 }
 
+void WorkspaceView::takeReply(const ReplyEvent& reply) {
+    using Ground = ViewTheme::Ground;
+    const auto& values = reply.parameters;
+    if (reply.kind == ReplyEvent::Kind::backgroundColor && values.size() == 3) {
+        const auto part = [&](std::size_t i) { return static_cast<std::uint8_t>(std::clamp(values[i], 0, 255)); };
+        setGround(NearestColor::isLight({part(0), part(1), part(2)}) ? Ground::light : Ground::dark);
+    } else if (reply.kind == ReplyEvent::Kind::colorScheme && values.size() == 1) {
+        setGround(values[0] == 2 ? Ground::light : Ground::dark);
+    } else {
+        terminal_.noteReply(reply);
+    }
+}
+
+void WorkspaceView::setGround(ViewTheme::Ground ground) {
+    if (std::exchange(ground_, ground) != ground) requestFrame();
+}
+
+/// What somebody has chosen for this program goes before what they want of all.
+ViewTheme WorkspaceView::theme() const {
+    const bool isChosen = theme_ != ViewTheme::Choice::automatic;
+    return ViewTheme::of(setup_.noColor && !isChosen ? ViewTheme::Choice::none : theme_, ground_,
+                         setup_.features.colors);
+}
+
 /// Tells programs when the focus comes and goes.
 void WorkspaceView::noteFocus() {
     const SessionController* session = hasFocus_ ? context_.focusedSession() : nullptr;
@@ -223,7 +274,8 @@ void WorkspaceView::noteChange() {
     const Project* project =
         context_.project() ? setup_.services.store.workspace().project(*context_.project()) : nullptr;
     const std::string title = project == nullptr ? "Orvane" : Text::oneLine(project->name) + " - Orvane";
-    if (std::exchange(title_, title) != title) terminal_.send(viewTitleText(title));
+    if (std::exchange(title_, title) != title && !setup_.isPlain)
+        terminal_.send(viewTitleText(textIn(setup_.features.plainGlyphs, title)));
     noteFocus();
     requestFrame();
 }
@@ -250,7 +302,7 @@ void WorkspaceView::noteNews(const SessionController& session, const TerminalNew
                           },
                           [&](const TerminalNews::Clipboard& clipboard) {
                               // Only whom the user looks at may change the clipboard.
-                              if (shows(session)) terminal_.send(viewClipboardText(clipboard.content));
+                              if (shows(session)) copy(clipboard.content);
                           },
                           [&](const TerminalNews::Notification& notification) {
                               std::string line = session.title() + ": " + notification.title;
@@ -260,20 +312,46 @@ void WorkspaceView::noteNews(const SessionController& session, const TerminalNew
                news.value);
 }
 
+void WorkspaceView::copy(std::string_view text) {
+    if (setup_.features.positionsCursor) terminal_.send(viewClipboardText(text));
+}
+
 /// A session begins to wait for its user, who may be looking elsewhere.
 void WorkspaceView::ringFor(const SessionEvent& event) {
     const SessionController* session = setup_.services.store.session(event.session);
     if (session == nullptr) return;
     const std::string line = context_.l10n.text("view.sessionCalls", session->title());
     if (event.from == "waiting") context_.unsay(line);
+    if (setup_.isPlain) return announceStatus(event, *session);
     if (event.to != "waiting" || (hasFocus_ && context_.focusedSession() == session)) return;
-    terminal_.send(viewNotificationText(line));
+    terminal_.send(viewNotificationText(textIn(setup_.features.plainGlyphs, line)));
     context_.say(line);
+}
+
+/// In place of the marks and titles that nobody sees.
+void WorkspaceView::announceStatus(const SessionEvent& event, const SessionController& session) {
+    const bool isWaiting = event.to == "waiting";
+    if (!event.to) return;
+    if (!isAgent(session.identity().kind) || (!isWaiting && event.from != "working")) return;
+    std::string line = session.title() + ": " + context_.l10n.text("status." + *event.to);
+    if (isWaiting) line += ": " + SessionQuestion::of(session).line();
+    if (isWaiting) terminal_.send("\a");
+    plain_.announce(std::move(line));
+    requestFrame();
 }
 
 void WorkspaceView::requestFrame(ViewTerminal::Haste haste) {
     areSurroundingsStale_ = true;
     terminal_.requestFrame(haste);
+}
+
+/// Who has it read out sees one pane at a time, as large as there is room.
+ViewLayout::Options WorkspaceView::layoutOptions(const Canvas& canvas) const {
+    return {.cols = canvas.cols(),
+            .rows = canvas.rows(),
+            .showsSidebar = context_.showsSidebar() && !setup_.isPlain,
+            .showsTabs = !setup_.isPlain,
+            .zoomedLeaf = setup_.isPlain ? context_.focusedLeaf() : context_.zoomedLeaf};
 }
 
 void WorkspaceView::paint(Canvas& canvas) {
@@ -283,21 +361,23 @@ void WorkspaceView::paint(Canvas& canvas) {
     if (isWhole) {
         context_.cols = canvas.cols();
         context_.rows = canvas.rows();
-        context_.layout = ViewLayout::of(setup_.services.store.workspace(), {.cols = canvas.cols(),
-                                                                             .rows = canvas.rows(),
-                                                                             .showsSidebar = context_.showsSidebar(),
-                                                                             .zoomedLeaf = context_.zoomedLeaf});
+        context_.layout = ViewLayout::of(setup_.services.store.workspace(), layoutOptions(canvas));
         setup_.services.store.interface().paneArea = context_.layout.area();
     }
+    canvas.theme = theme();
     panes_.paint(context_, canvas, isWhole ? PanePainter::Part::whole : PanePainter::Part::contents);
-    if (isWhole) paintSurroundings(canvas);
-    if (context_.drag) FramePainter::paintDrag(context_, canvas);
-    if (context_.showsWelcome) FramePainter::paintWelcome(context_, canvas);
-    if (!context_.typed.isEmpty()) FramePainter::paintCommands(context_, canvas);
+    if (isWhole && !setup_.isPlain) paintSurroundings(canvas);
+    if (!setup_.isPlain) paintOnTop(canvas);
     terminal_.trackMotion(ViewMouse::wantsMotion(context_));
     if (panes_.isHeldBack()) {
         holdTimer_ = setup_.services.store.loop().after(longestHold, [this] { terminal_.requestFrame(); });
     }
+}
+
+void WorkspaceView::paintOnTop(Canvas& canvas) {
+    if (context_.drag) FramePainter::paintDrag(context_, canvas);
+    if (context_.showsWelcome) FramePainter::paintWelcome(context_, canvas);
+    if (!context_.typed.isEmpty()) FramePainter::paintCommands(context_, canvas);
 }
 
 /// All but the panes, and what lies over them.

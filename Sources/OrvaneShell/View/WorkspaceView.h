@@ -8,6 +8,7 @@
 #include "OrvaneShell/View/Keys/CommandKeys.h"
 #include "OrvaneShell/View/Painting/PanePainter.h"
 #include "OrvaneShell/View/Painting/SidebarPainter.h"
+#include "OrvaneShell/View/Plain/PlainView.h"
 #include "OrvaneShell/View/ViewContext.h"
 #include "OrvaneShell/View/ViewMouse.h"
 #include "OrvaneShell/View/ViewSettings.h"
@@ -25,6 +26,10 @@ class WorkspaceView {
         ViewContext::Services services;
         ViewSettings settings;
         OuterTerminal features;
+        /// The user wants no colours wherever none were chosen.
+        bool noColor = false;
+        /// Plain lines in the place of a drawing.
+        bool isPlain = false;
         /// The view is over and has written its last byte. Called once, not from within a call of this object's; may
         /// destroy it.
         std::function<void(End)> onEnd;
@@ -51,6 +56,7 @@ class WorkspaceView {
     const ViewContext& context() const { return context_; }
 
  private:
+    void welcome();
     void take(const InputEvent& event);
     void takeKey(const KeyEvent& key);
     void takeOverlayKey(const KeyEvent& key);
@@ -58,13 +64,21 @@ class WorkspaceView {
     void takeMouse(const MouseEvent& mouse);
     void takePaste(const PasteEvent& paste);
     void takeFocus(const FocusEvent& focus);
+    void takeReply(const ReplyEvent& reply);
+    std::function<std::string(const Canvas&)> plainFrame();
+    void setGround(ViewTheme::Ground ground);
+    ViewTheme theme() const;
+    ViewLayout::Options layoutOptions(const Canvas& canvas) const;
     void requestFrame(ViewTerminal::Haste haste = ViewTerminal::Haste::paced);
     void paint(Canvas& canvas);
     void paintSurroundings(Canvas& canvas);
+    void paintOnTop(Canvas& canvas);
     void noteChange();
     void noteNews(const SessionController& session, const TerminalNews& news);
     void noteFocus();
+    void copy(std::string_view text);
     void ringFor(const SessionEvent& event);
+    void announceStatus(const SessionEvent& event, const SessionController& session);
     bool shows(const SessionController& session) const;
     ViewTerminal::Haste hasteOf(const SessionController& session);
 
@@ -73,6 +87,10 @@ class WorkspaceView {
     ViewContext context_;
     PanePainter panes_;
     SidebarPainter sidebar_;
+    PlainView plain_;
+    ViewTheme::Choice theme_ = ViewTheme::Choice::automatic;
+    /// As the terminal has told.
+    ViewTheme::Ground ground_ = ViewTheme::Ground::dark;
     ViewMouse mouse_;
     CommandKeys commandKeys_;
     bool hasFocus_ = true;

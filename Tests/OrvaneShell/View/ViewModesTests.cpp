@@ -16,7 +16,7 @@ class Answers final : public TerminalDelegate {
 };
 
 TEST(ViewModesTest, WhatIsEnteredIsLeftWhereverItWasCut) {
-    const std::string frame = std::string(viewEnterText()) +
+    const std::string frame = viewEnterText(MouseReports::wanted) +
                               "\x1b[>1u\x1b[>4;2m\x1b[?1003h\x1b[?2026h\x1b[2;8r\x1b[5 "
                               "q\x1b[3;4H\x1b[1;38;2;1;2;3mframe\x1b]8;;http://x/a\x1b\\";
     for (std::size_t cut = 0; cut <= frame.size(); ++cut) {
@@ -43,8 +43,9 @@ TEST(ViewModesTest, WhatIsEnteredIsLeftWhereverItWasCut) {
 TEST(ViewModesTest, TheQuestionsAreAnsweredWithTheAttributesLast) {
     Answers answers;
     Terminal terminal(answers);
-    terminal.feed(viewEnterText());
-    EXPECT_TRUE(answers.sent.starts_with("\x1b[?0u\x1b[?2026;2$y\x1b[?")) << answers.sent;
+    terminal.feed(viewEnterText(MouseReports::wanted));
+    EXPECT_TRUE(answers.sent.starts_with("\x1b]11;rgb:1414/1616/1a1a\x1b\\\x1b[?0u\x1b[?2026;2$y\x1b[?"))
+        << answers.sent;
     EXPECT_TRUE(answers.sent.ends_with('c')) << answers.sent;
     EXPECT_TRUE(terminal.isAlternateBufferActive() && terminal.modes().cursorHidden && !terminal.modes().wraparound);
     EXPECT_EQ(terminal.modes().mouseMode, MouseMode::buttonEventTracking);

@@ -7,7 +7,7 @@ namespace orvane::Verbs {
 namespace {
 
 int run(ClientContext& client, const Arguments& arguments) {
-    return ViewClient::run(client, arguments.value("project"));
+    return ViewClient::run(client, {.project = arguments.value("project"), .isPlain = arguments.has("screen-reader")});
 }
 
 Outcome serve(HostContext& host, const JSONObject& arguments) {
@@ -19,7 +19,10 @@ Outcome serve(HostContext& host, const JSONObject& arguments) {
 
 Verb view() {
     return {.name = "view",
-            .parameters = {{.kind = Parameter::Kind::optional, .name = "PROJECT", .textKey = "help.parameter.project"}},
+            .parameters = {{.kind = Parameter::Kind::optional, .name = "PROJECT", .textKey = "help.parameter.project"},
+                           {.kind = Parameter::Kind::flag,
+                            .name = "--screen-reader",
+                            .textKey = "help.parameter.screenReader"}},
             .run = run,
             .serve = serve};
 }

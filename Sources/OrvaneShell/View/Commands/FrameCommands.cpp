@@ -19,6 +19,10 @@ void lock(ViewContext& view) {
     view.close();
 }
 
+void repeat(ViewContext& view) {
+    view.actions.repeat();
+}
+
 void detach(ViewContext& view) {
     view.actions.detach();
 }

@@ -90,6 +90,7 @@ void toggleSidebar(ViewContext& view);
 /// All preferences, to be changed in place.
 void settings(ViewContext& view);
 void lock(ViewContext& view);
+void repeat(ViewContext& view);
 void detach(ViewContext& view);
 void quit(ViewContext& view);
 void help(ViewContext& view);

@@ -108,6 +108,7 @@ struct ReplyEvent {
         modeReport,         ///< DECRPM of a private mode; its number and its state
         keyboardFlags,      ///< the enhancements of the keyboard that are on
         backgroundColor,    ///< red, green and blue, 0 to 255
+        colorScheme,        ///< it changed; 1 is dark, 2 is light
         cursorPosition,     ///< row and column from 1
         other,
     };

@@ -35,6 +35,9 @@ std::optional<Kind> kindOf(const ControlSequence& sequence) {
         case 'R':
             return isF3(sequence) ? other : Kind::cursorPosition;
         case 'n':
+            // CSI ? 997 ; 1 n, which DECSET 2031 asks for.
+            return isPrivate && sequence.parameters.size() == 2 && sequence.valueOr(0, 0) == 997 ? Kind::colorScheme
+                                                                                                 : Kind::other;
         case 't':
             return Kind::other;
         default:
@@ -64,7 +67,9 @@ std::optional<FocusEvent> focus(const ControlSequence& sequence) {
 std::optional<ReplyEvent> reply(const ControlSequence& sequence, std::string_view bytes) {
     const auto kind = kindOf(sequence);
     if (!kind) return {};
-    return ReplyEvent{.kind = *kind, .parameters = sequence.values(), .text = std::string(bytes)};
+    ReplyEvent event{.kind = *kind, .parameters = sequence.values(), .text = std::string(bytes)};
+    if (event.kind == Kind::colorScheme) event.parameters.erase(event.parameters.begin());
+    return event;
 }
 
 ReplyEvent stringReply(std::string_view bytes) {

@@ -80,6 +80,7 @@ constexpr PresetKeys leaderKeys[] = {
     {"Leader :", "palette"},
     {"Leader C", "settings"},
     {"Leader b", "sidebar"},
+    {"Leader i", "repeat"},
     {"Leader G", "lock"},
     {"Leader d", "detach"},
     {"Leader Q", "quit"},

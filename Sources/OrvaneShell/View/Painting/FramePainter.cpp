@@ -1,7 +1,6 @@
 #include "OrvaneShell/View/Painting/FramePainter.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 
 #include "OrvaneCore/Support/Text.h"
@@ -12,6 +11,7 @@
 #include "OrvaneShell/View/Painting/ViewLook.h"
 #include "OrvaneShell/View/Painting/WrappedText.h"
 #include "OrvaneShell/View/SidebarRows.h"
+#include "OrvaneShell/View/ViewHints.h"
 
 namespace orvane::FramePainter {
 
@@ -34,11 +34,6 @@ bool isCalling(const ViewContext& view, const Uuid& surface) {
         const SessionController* session = view.store.session(content);
         return session != nullptr && SidebarRow::needsUser(*session);
     });
-}
-
-std::string normalHint(const ViewContext& view) {
-    return view.l10n.text("view.hint.normal", KeyText::write(view.leader), view.keysOf("new-session"),
-                          view.keysOf("palette"), view.keysOf("detach"));
 }
 
 }  // namespace
@@ -75,25 +70,11 @@ void paintHints(const ViewContext& view, Canvas& canvas) {
     std::string right;
     if (calls > 0) right = view.l10n.plural("view.calls", calls) + "  [" + view.keysOf("answer") + "]";
     const int rightCols = std::min(static_cast<int>(Text::displayWidth(right)), row.cols / 2);
-    std::string left = normalHint(view);
-    Attribute look = ViewLook::dim;
-    if (!view.notice().empty()) {
-        left = Text::oneLine(view.notice());
-        look = ViewLook::bold;
-    } else if (!view.typed.isEmpty()) {
-        left = view.l10n.text("view.hint.leader", view.typed.shown(view.leader));
-        look = ViewLook::bold;
-    } else if (view.overlay != nullptr) {
-        left = view.overlay->hint(view);
-        look = ViewLook::plain;
-    } else if (view.drag) {
-        left = view.l10n.text("view.hint.drag");
-        look = ViewLook::plain;
-    } else if (view.isLocked) {
-        const std::string keys = view.keysOf("lock");
-        left = view.l10n.text("view.hint.locked", keys.empty() ? KeyText::write(view.leader) : keys);
-        look = ViewLook::bold;
-    }
+    const bool isNotice = !view.notice().empty();
+    const std::string left = isNotice ? Text::oneLine(view.notice()) : ViewHints::now(view);
+    const bool isUrgent = isNotice || !view.typed.isEmpty() || view.isLocked;
+    const bool isOther = view.overlay != nullptr || view.drag;
+    const Attribute look = isUrgent ? ViewLook::bold : isOther ? ViewLook::plain : ViewLook::dim;
     pen.text(row.x + 1, row.y, left, look, std::max(0, row.cols - rightCols - 3));
     pen.text(row.right() - rightCols - 1, row.y, right, ViewLook::colored(ViewLook::yellow, ViewLook::Style::bold),
              rightCols);
@@ -115,16 +96,10 @@ void paintDrag(const ViewContext& view, Canvas& canvas) {
 }
 
 void paintWelcome(const ViewContext& view, Canvas& canvas) {
-    const std::string leader = KeyText::write(view.leader);
-    const std::array paragraphs = {
-        view.l10n.text("view.welcome.start", view.keysOf("new-session"), view.keysOf("split-right")),
-        view.l10n.text("view.welcome.keys", leader, view.keysOf("help"), view.keysOf("palette")),
-        view.l10n.text("view.welcome.waiting", view.keysOf("next-waiting"), view.keysOf("answer")),
-        view.l10n.text("view.welcome.leave", view.keysOf("detach"))};
     const CellRect& work = view.layout.work;
     const int cols = std::min(welcomeCols, work.cols - 2);
     std::vector<std::string> lines;
-    for (const std::string& paragraph : paragraphs)
+    for (const std::string& paragraph : ViewHints::welcome(view))
         std::ranges::copy(wrapped(paragraph, cols - 4), std::back_inserter(lines));
     const int rows = std::min(static_cast<int>(lines.size()) + 2, work.rows - 1);
     if (cols < 8 || rows < 3) return;

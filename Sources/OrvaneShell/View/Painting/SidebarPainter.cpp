@@ -68,11 +68,12 @@ void SidebarPainter::paintProject(const ViewContext& view, CanvasPen& pen, int y
     const bool isFolded = workspace.collapsedProjects.contains(project->id);
     const bool isShown = workspace.selectedProjectID == project->id;
     const Attribute color = ViewLook::ofHex(project->colorHex(), ViewLook::Style::bold);
+    const Attribute shown = ViewLook::ofHex(project->colorHex(), ViewLook::Style::bold | ViewLook::Style::underline);
     pen.text(area.x, y, isFolded ? "▸" : "▾", color);
     const auto branch = view.store.gitBranches().find(project->id);
     std::string right = branch == view.store.gitBranches().end() ? std::string() : Text::oneLine(branch->second);
     if (row.foldedCalls > 0) right = "! " + std::to_string(row.foldedCalls);
-    paintPair(pen, {area.x + 2, y, area.cols - 3, 1}, Text::oneLine(project->name), isShown ? color : ViewLook::bold,
+    paintPair(pen, {area.x + 2, y, area.cols - 3, 1}, Text::oneLine(project->name), isShown ? shown : ViewLook::bold,
               right, row.foldedCalls > 0 ? ViewLook::colored(ViewLook::yellow, ViewLook::Style::bold) : ViewLook::dim);
 }
 

@@ -5,8 +5,8 @@
 
 #include "TerminalEmulator/Buffer/Attribute.h"
 
-/// The looks of the view. Terminals are light or dark, so text has the terminal's own colours and weights, and of the
-/// palette only colours that read on both.
+/// The looks of the view as painters name them; the theme of the canvas turns their colours into such as read on the
+/// terminal's background. Text has the terminal's own colours and weights.
 namespace orvane::ViewLook {
 
 using Style = Attribute::CharacterStyle;

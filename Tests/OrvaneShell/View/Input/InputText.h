@@ -59,7 +59,7 @@ inline std::string inputText(const MouseEvent& event) {
 }
 
 inline std::string inputText(const ReplyEvent& event) {
-    constexpr const char* kinds[] = {"attributes", "mode", "flags", "background", "cursor", "reply"};
+    constexpr const char* kinds[] = {"attributes", "mode", "flags", "background", "scheme", "cursor", "reply"};
     return fmt::format("{}({})", kinds[std::to_underlying(event.kind)], fmt::join(event.parameters, ","));
 }
 
