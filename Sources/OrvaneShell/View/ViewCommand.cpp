@@ -28,6 +28,7 @@ const std::vector<ViewCommand>& table() {
         {Group::panes, {"Space"}, {}, "view.command.layouts", PaneCommands::layouts},
         {Group::panes, {"[", "PageUp"}, {}, "view.command.history", PaneCommands::history},
         {Group::panes, {"/"}, {}, "view.command.search", PaneCommands::search},
+        {Group::panes, {"S"}, {}, "view.command.saveHistory", PaneCommands::saveHistory},
         {Group::panes, {"x"}, {}, "view.command.closePane", PaneCommands::close},
         {Group::sessions, {"c"}, {}, "view.command.launch", SessionCommands::launch},
         {Group::sessions, {"w"}, {}, "view.command.goTo", SessionCommands::goTo},

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "Orvane/Agents/CustomAgentStore.h"
 #include "Orvane/Agents/ToolsManager.h"
@@ -66,6 +67,8 @@ class ViewContext {
     /// The leader was typed, and its command is still to come.
     bool isLeaderDown = false;
     PaneSelection selection;
+    /// What was searched in histories, the newest last.
+    std::vector<std::string> searchTerms;
     std::unique_ptr<ViewOverlay> overlay;
     /// Beside the panes of these sessions.
     std::map<Uuid, std::unique_ptr<TracePanel>> tracePanels;
@@ -75,6 +78,8 @@ class ViewContext {
     void close();
     /// A line at the bottom for some seconds.
     void say(std::string line);
+    /// `say` for whom a result comes later; it does nothing when the view is gone by then.
+    std::function<void(std::string line)> sayLater() const;
     /// Takes the line away when it is still there.
     void unsay(const std::string& line);
     const std::string& notice() const { return notice_; }
@@ -100,6 +105,7 @@ class ViewContext {
     void focus(const Uuid& leaf);
 
  private:
+    std::shared_ptr<ViewContext*> self_ = std::make_shared<ViewContext*>(this);
     std::string notice_;
     Registration noticeTimer_;
 };

@@ -82,12 +82,11 @@ void Buffer::moveScreen(int cols, int rows, int skipped, std::span<const History
     const ScreenRows old = std::exchange(screen_, ScreenRows(cols, rows, generations_));
     int y = 0;
     for (const HistoryRow& row : above) {
-        screen_.line(y++).copyFrom(
-            RowView{.cells = row.cells,
-                    .cols = cols,
-                    .isWrapped = row.isWrapped,
-                    .renderMode = row.renderMode,
-                    .startsPrompt = row.startsPrompt});
+        screen_.line(y++).copyFrom(RowView{.cells = row.cells,
+                                           .cols = cols,
+                                           .isWrapped = row.isWrapped,
+                                           .renderMode = row.renderMode,
+                                           .startsPrompt = row.startsPrompt});
     }
     for (int from = skipped; from < old.count() && y < rows; ++from)
         screen_.line(y++).copyFrom(old.view(from));

@@ -167,11 +167,10 @@ struct Row {
 
 // In rising order.
 constexpr Row rows[] = {
-    {0, setBothTitles},  {1, setIconTitle},  {2, setWindowTitle}, {4, setPalette},
-    {6, setDocument},    {7, setDirectory},  {8, setHyperlink},   {9, reportProgress},
-    {10, setDynamic},    {11, setDynamic},   {12, setDynamic},    {52, useClipboard},
-    {104, resetPalette}, {112, resetCursor}, {133, markShell},    {777, notify},
-    {1337, handleContent},
+    {0, setBothTitles}, {1, setIconTitle},     {2, setWindowTitle}, {4, setPalette},    {6, setDocument},
+    {7, setDirectory},  {8, setHyperlink},     {9, reportProgress}, {10, setDynamic},   {11, setDynamic},
+    {12, setDynamic},   {52, useClipboard},    {104, resetPalette}, {112, resetCursor}, {133, markShell},
+    {777, notify},      {1337, handleContent},
 };
 
 static_assert(std::ranges::is_sorted(rows, {}, &Row::code));

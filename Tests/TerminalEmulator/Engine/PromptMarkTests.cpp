@@ -6,9 +6,9 @@
 namespace orvane {
 namespace {
 
-using testing::TestTerminal;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
+using testing::TestTerminal;
 
 std::vector<int> promptRows(const Terminal& terminal) {
     std::vector<int> rows;
@@ -42,7 +42,9 @@ TEST(PromptMarks, WhatAProgramSaysAndErasesDecidesWhichRowsHaveOne) {
         {"\r\n\x1b]133;A\x07$ \x1b[H\x1b[M", {0}},
         {"\x1b]133;A\x07$ \x1b[H\x1b[M", {}},
         {"\x1b]133;A\x07$ \x1b#8", {}},
-        {"\x1b]133;A\x07$ \x1b" "c", {}},
+        {"\x1b]133;A\x07$ \x1b"
+         "c",
+         {}},
     };
     for (const Case& each : cases) {
         TestTerminal terminal;
@@ -84,7 +86,9 @@ TEST(PromptMarks, RowsThatComeInAnewHaveNone) {
 TEST(HeldView, StaysOnWhatItShowsUntilItFollowsAgain) {
     TestTerminal terminal(10, 3, 6);
     terminal.feed("1\r\n2\r\n3\r\n4\r\n5");
-    const auto top = [&] { return terminal.terminal.getLine(0).translateToString(terminal.terminal.clusters(), {.trimsRight = true}); };
+    const auto top = [&] {
+        return terminal.terminal.getLine(0).translateToString(terminal.terminal.clusters(), {.trimsRight = true});
+    };
     terminal.terminal.holdView();
     terminal.feed("\r\n6\r\n7");
     EXPECT_EQ(top(), "3");

@@ -1,9 +1,11 @@
 #include "OrvaneCore/Workspace/PaneLayout.h"
 #include "OrvaneShell/View/Commands/ViewCommands.h"
 #include "OrvaneShell/View/Overlays/HistoryMode.h"
+#include "OrvaneShell/View/Overlays/HistorySave.h"
 #include "OrvaneShell/View/Overlays/ListOverlay.h"
 #include "OrvaneShell/View/Overlays/PaneModes.h"
 #include "OrvaneShell/View/Overlays/PromptOverlay.h"
+#include "TerminalEmulator/HeadlessTerminal.h"
 
 namespace orvane {
 
@@ -63,6 +65,13 @@ ListOverlay::Item layoutItem(std::string label, std::string detail, const PaneNo
             }};
 }
 
+/// On the focused pane; null when that has no terminal.
+std::unique_ptr<HistoryMode> historyMode(const ViewContext& view) {
+    const SessionController* session = view.focusedSession();
+    if (session == nullptr || session->terminal() == nullptr) return nullptr;
+    return std::make_unique<HistoryMode>(session->id(), session->terminal()->terminal);
+}
+
 }  // namespace
 
 std::vector<ListOverlay::Item> layoutItems(const ViewContext& view) {
@@ -120,19 +129,24 @@ void layouts(ViewContext& view, const KeyEvent& /*key*/) {
 }
 
 void history(ViewContext& view, const KeyEvent& key) {
-    SessionController* session = view.focusedSession();
-    if (session == nullptr || session->terminal() == nullptr) return;
-    auto mode = std::make_unique<HistoryMode>(session->id());
+    view.close();
+    auto mode = historyMode(view);
+    if (mode == nullptr) return;
     if (key.name == KeyName::pageUp) mode->key(view, key);
     view.open(std::move(mode));
 }
 
 void search(ViewContext& view, const KeyEvent& /*key*/) {
-    const SessionController* session = view.focusedSession();
-    if (session == nullptr || session->terminal() == nullptr) return;
-    auto mode = std::make_unique<HistoryMode>(session->id());
-    mode->beginSearch();
+    view.close();
+    auto mode = historyMode(view);
+    if (mode == nullptr) return;
+    mode->beginSearch(view);
     view.open(std::move(mode));
+}
+
+void saveHistory(ViewContext& view, const KeyEvent& /*key*/) {
+    const SessionController* session = view.focusedSession();
+    if (session != nullptr && session->terminal() != nullptr) view.open(HistorySave::prompt(view, *session));
 }
 
 void close(ViewContext& view, const KeyEvent& /*key*/) {

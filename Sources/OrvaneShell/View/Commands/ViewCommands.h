@@ -19,6 +19,7 @@ void move(ViewContext& view, const KeyEvent& key);
 void layouts(ViewContext& view, const KeyEvent& key);
 void history(ViewContext& view, const KeyEvent& key);
 void search(ViewContext& view, const KeyEvent& key);
+void saveHistory(ViewContext& view, const KeyEvent& key);
 void close(ViewContext& view, const KeyEvent& key);
 std::vector<ListOverlay::Item> layoutItems(const ViewContext& view);
 }  // namespace PaneCommands
