@@ -33,9 +33,7 @@ TEST(TextMotionTest, WordsGoOverWrappedRowsAndBlanksAndEndWithTheText) {
     const auto forward = [&](Words words) {
         return path({}, [&](Position at) { return text.wordForward(at, words); });
     };
-    const auto ends = [&](Words words) {
-        return path({}, [&](Position at) { return text.wordEnd(at, words); });
-    };
+    const auto ends = [&](Words words) { return path({}, [&](Position at) { return text.wordEnd(at, words); }); };
     const auto back = [&](Words words) {
         return path({.row = 5, .col = 0}, [&](Position at) { return text.wordBack(at, words); });
     };

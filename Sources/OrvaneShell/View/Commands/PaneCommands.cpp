@@ -66,7 +66,8 @@ ListOverlay::Item layoutItem(std::string label, std::string detail, const PaneNo
 }
 
 /// On the focused pane; null when that has no terminal.
-std::unique_ptr<HistoryMode> historyMode(const ViewContext& view) {
+std::unique_ptr<HistoryMode> historyMode(ViewContext& view) {
+    view.unsay(view.notice());
     const SessionController* session = view.focusedSession();
     if (session == nullptr || session->terminal() == nullptr) return nullptr;
     return std::make_unique<HistoryMode>(session->id(), session->terminal()->terminal);

@@ -152,7 +152,7 @@ void CopySearch::goOn(ViewContext& view, Terminal& terminal, CopyCursor& cursor,
                                                  : view.l10n.text("view.search.refused", refusal_);
         return view.say(why);
     }
-    if (service(terminal).state().hasWrapped) view.say(view.l10n.text("view.search.cameRound"));
+    if (service(terminal).state().hasWrapped) view.say(count() + "  " + view.l10n.text("view.search.cameRound"));
 }
 
 SearchService& CopySearch::service(const Terminal& terminal) {

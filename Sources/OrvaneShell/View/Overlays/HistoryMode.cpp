@@ -74,6 +74,7 @@ bool HistoryMode::paintRow(const ViewContext& view, Canvas& canvas, const CellRe
 ViewOverlay::Next HistoryMode::key(ViewContext& view, const KeyEvent& key) {
     Terminal* terminal = terminalOf(view, session_);
     if (terminal == nullptr) return leave(view);
+    view.unsay(view.notice());  // what was said is read, and the hint tells the keys again
     if (prompt_ != nullptr) {
         if (prompt_->key(view, key) == Next::closes) prompt_.reset();
         return Next::stays;
