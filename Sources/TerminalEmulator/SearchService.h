@@ -47,8 +47,15 @@ class SearchService {
     Found findPrevious(std::string_view term, const SearchOptions& options);
     Found findPrevious();
 
+    /// The next search does not go on from the last hit: forwards it takes hits from this cell on, backwards those
+    /// before it. Good for one search.
+    void startAt(Position at) { startsAt_ = at; }
+
     /// Hits from the oldest row on, `maximumHits` at most. The last hit stays what it is.
     std::expected<SearchHits, SearchError> findAll(std::string_view term, const SearchOptions& options);
+    /// The same for hits that show in these rows, first to last.
+    std::expected<SearchHits, SearchError> findWithin(std::string_view term, const SearchOptions& options, int firstRow,
+                                                      int lastRow);
     /// How many hits there are, at most `maximumCount`.
     std::expected<std::size_t, SearchError> hitCount(std::string_view term, const SearchOptions& options);
 
@@ -73,6 +80,7 @@ class SearchService {
     const Buffer* buffer_;
     SearchEngine engine_;
     SearchState state_;
+    std::optional<Position> startsAt_;
     // The term that is compiled, which a failed search or `findAll` leaves other than that of the state.
     std::string patternTerm_;
     SearchOptions patternOptions_;

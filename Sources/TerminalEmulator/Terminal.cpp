@@ -144,6 +144,17 @@ void Terminal::scrollTo(int yDisp) {
     state.delegate.scrolled(state.buffer->yDisp());
 }
 
+void Terminal::holdView() {
+    engine_->state.normalBuffer.holdsView = true;
+}
+
+void Terminal::followNewest() {
+    engine_->state.normalBuffer.holdsView = false;
+    engine_->state.normalBuffer.setYDisp(engine_->state.normalBuffer.yBase());
+    engine_->state.markAll();
+    engine_->state.delegate.scrolled(engine_->state.buffer->yDisp());
+}
+
 const TerminalModes& Terminal::modes() const {
     return engine_->state.modes;
 }

@@ -98,6 +98,10 @@ class Terminal {
     int getTopVisibleRow() const;
     /// The view onto the history; it follows the newest row while it shows it.
     void scrollTo(int yDisp);
+    /// Keeps the view on what it shows now, also when that is the newest row.
+    void holdView();
+    /// Ends that, and brings the view to the newest row.
+    void followNewest();
 
     // State.
     const TerminalModes& modes() const;

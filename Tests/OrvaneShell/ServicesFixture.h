@@ -7,6 +7,7 @@
 #include "Orvane/Agents/ToolsManager.h"
 #include "Orvane/History/HistoryService.h"
 #include "Orvane/StoreFixture.h"
+#include "OrvaneShell/View/ViewContext.h"
 
 namespace orvane::testing {
 
@@ -23,6 +24,10 @@ class ServicesFixture : public StoreFixture {
                                                                   .fileQueue = queue,
                                                                   .home = folder.path(),
                                                                   .indexPath = folder.path("history.json")});
+
+    ViewContext::Services viewServices() {
+        return {.store = *store, .tools = *tools, .agents = agents, .history = *history, .preferences = preferences};
+    }
 };
 
 }  // namespace orvane::testing

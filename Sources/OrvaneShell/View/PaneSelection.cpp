@@ -6,29 +6,29 @@
 
 namespace orvane {
 
-namespace {
-
-Position placeOf(const Terminal& terminal, int col, int row) {
+Position PaneSelection::shownAt(const Terminal& terminal, int col, int row) {
     return {.row = terminal.getTopVisibleRow() + row, .col = col};
 }
 
-}  // namespace
-
-void PaneSelection::begin(const Uuid& session, const Terminal& terminal, int col, int row, SelectionMode mode) {
+void PaneSelection::begin(const Uuid& session, const Terminal& terminal, Position at, SelectionMode mode) {
     session_ = session;
+    head_.reset();
     service_ = std::make_unique<SelectionService>(terminal.buffer(), terminal.clusters());
-    service_->startSelection(placeOf(terminal, col, row), mode);
+    service_->startSelection(at, mode);
 }
 
-void PaneSelection::select(const Uuid& session, const Terminal& terminal, Position first, Position last) {
-    session_ = session;
-    service_ = std::make_unique<SelectionService>(terminal.buffer(), terminal.clusters());
-    service_->startSelection(first, SelectionMode::character);
-    service_->extend(last);
+void PaneSelection::extend(const Terminal& terminal, Position to) {
+    if (!service_) return;
+    service_->extend(to);
+    head_ = to;
+    headLinesTop_ = terminal.buffer().linesTop();
 }
 
-void PaneSelection::extend(const Terminal& terminal, int col, int row) {
-    if (service_) service_->extend(placeOf(terminal, col, row));
+std::optional<Position> PaneSelection::head(const Terminal& terminal) const {
+    const std::uint64_t top = terminal.buffer().linesTop();
+    if (!service_ || !head_ || top < headLinesTop_) return std::nullopt;
+    const auto fallen = static_cast<std::int64_t>(top - headLinesTop_);
+    return Position{.row = static_cast<int>(std::max<std::int64_t>(0, head_->row - fallen)), .col = head_->col};
 }
 
 void PaneSelection::paint(CanvasPen& pen, const CellRect& body, const Terminal& terminal) const {

@@ -46,6 +46,12 @@ void ViewContext::say(std::string line) {
     actions.requestFrame();
 }
 
+std::function<void(std::string)> ViewContext::sayLater() const {
+    return [weak = std::weak_ptr(self_)](std::string line) {
+        if (const auto self = weak.lock()) (*self)->say(std::move(line));
+    };
+}
+
 void ViewContext::unsay(const std::string& line) {
     if (notice_ != line) return;
     notice_.clear();

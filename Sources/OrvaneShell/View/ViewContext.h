@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "Orvane/Agents/CustomAgentStore.h"
 #include "Orvane/Agents/ToolsManager.h"
@@ -82,6 +83,8 @@ class ViewContext {
     /// What the mouse holds.
     std::optional<PaneDrag> drag;
     std::optional<PaneLink> link;
+    /// What was searched in histories, the newest last.
+    std::vector<std::string> searchTerms;
     std::unique_ptr<ViewOverlay> overlay;
     /// Beside the panes of these sessions.
     std::map<Uuid, std::unique_ptr<TracePanel>> tracePanels;
@@ -91,6 +94,8 @@ class ViewContext {
     void close();
     /// A line at the bottom for some seconds.
     void say(std::string line);
+    /// `say` for whom a result comes later; it does nothing when the view is gone by then.
+    std::function<void(std::string line)> sayLater() const;
     /// Takes the line away when it is still there.
     void unsay(const std::string& line);
     const std::string& notice() const { return notice_; }
@@ -117,6 +122,7 @@ class ViewContext {
     void focus(const Uuid& leaf);
 
  private:
+    std::shared_ptr<ViewContext*> self_ = std::make_shared<ViewContext*>(this);
     std::string notice_;
     Registration noticeTimer_;
 };

@@ -75,12 +75,7 @@ void ViewMouse::take(ViewContext& view, SidebarPainter& sidebar, const MouseEven
 void ViewMouse::press(ViewContext& view, SidebarPainter& sidebar, const MouseEvent& event) {
     grab_ = std::monostate();
     view.selection.clear();
-    if (view.overlay != nullptr) {
-        auto current = std::move(view.overlay);
-        const auto next = current->click(view, event.x, event.y);
-        if (next == ViewOverlay::Next::stays && view.overlay == nullptr) view.overlay = std::move(current);
-        return;
-    }
+    if (view.overlay != nullptr && !pressOnOverlay(view, event)) return;
     if (const SidebarRow* row = sidebar.rowAt(view, event.x, event.y))
         return pressInSidebar(view, SidebarRow(*row), event);
     if (pressOnTab(view, event)) return;
@@ -89,6 +84,14 @@ void ViewMouse::press(ViewContext& view, SidebarPainter& sidebar, const MouseEve
     if (pane == nullptr) return;
     if (pane->body.contains(event.x, event.y)) return pressInPane(view, ViewLayout::Pane(*pane), event);
     if (!isOnDivider || view.focusedLeaf() != pane->leaf) view.focus(Uuid(pane->leaf));
+}
+
+/// Whether the press is also for what lies below.
+bool ViewMouse::pressOnOverlay(ViewContext& view, const MouseEvent& event) {
+    auto current = std::move(view.overlay);
+    const auto next = current->click(view, event.x, event.y);
+    if (next == ViewOverlay::Next::stays && view.overlay == nullptr) view.overlay = std::move(current);
+    return view.overlay != nullptr && view.overlay->passesClicks();
 }
 
 void ViewMouse::pressInSidebar(ViewContext& view, const SidebarRow& row, const MouseEvent& event) {
@@ -133,13 +136,14 @@ void ViewMouse::pressInPane(ViewContext& view, const ViewLayout::Pane& pane, con
     if (terminal == nullptr) return;
     if (pressOnLink(view, pane, event)) return;
     const MouseEvent inside = within(pane, event);
-    if (goesToProgram(inside, *terminal)) {
+    if (view.overlay == nullptr && goesToProgram(inside, *terminal)) {
         grab_ = ProgramGrab{pane.leaf};
         return MouseForwarding::forward(inside, *terminal);
     }
     if (event.button != Button::left) return;
     grab_ = SelectionGrab{pane.leaf};
-    view.selection.begin(session->id(), *terminal, inside.x, inside.y, countClick(view, event));
+    view.selection.begin(session->id(), *terminal, PaneSelection::shownAt(*terminal, inside.x, inside.y),
+                         countClick(view, event));
 }
 
 /// With Control, which no program needs for a click on an address.
@@ -184,7 +188,7 @@ void ViewMouse::drag(ViewContext& view, const MouseEvent& event) {
         if (event.y < pane->body.y) HistoryMode::scroll(*terminal, -1);
         if (event.y >= pane->body.bottom()) HistoryMode::scroll(*terminal, 1);
         const MouseEvent inside = within(*pane, event);
-        return view.selection.extend(*terminal, inside.x, inside.y);
+        return view.selection.extend(*terminal, PaneSelection::shownAt(*terminal, inside.x, inside.y));
     }
     const auto* held = std::get_if<ProgramGrab>(&grab_);
     const ViewLayout::Pane* pane =

@@ -49,6 +49,7 @@ class ViewMouse {
     void press(ViewContext& view, SidebarPainter& sidebar, const MouseEvent& event);
     void pressInPane(ViewContext& view, const ViewLayout::Pane& pane, const MouseEvent& event);
     void pressInSidebar(ViewContext& view, const SidebarRow& row, const MouseEvent& event);
+    static bool pressOnOverlay(ViewContext& view, const MouseEvent& event);
     bool pressOnTab(ViewContext& view, const MouseEvent& event);
     bool pressOnDivider(const ViewContext& view, const MouseEvent& event);
     void drag(ViewContext& view, const MouseEvent& event);

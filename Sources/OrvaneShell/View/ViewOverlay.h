@@ -3,6 +3,7 @@
 #include <string>
 
 #include "OrvaneShell/View/Canvas.h"
+#include "OrvaneShell/View/CellRect.h"
 #include "OrvaneShell/View/Input/InputEvent.h"
 
 namespace orvane {
@@ -22,9 +23,13 @@ class ViewOverlay {
 
     /// Over all that is drawn already; may put the cursor somewhere, which is hidden otherwise.
     virtual void paint(const ViewContext& view, Canvas& canvas) = 0;
+    /// Draws the bottom row itself, as one that takes text there does; false leaves it to the hint.
+    virtual bool paintRow(const ViewContext& /*view*/, Canvas& /*canvas*/, const CellRect& /*row*/) { return false; }
     virtual Next key(ViewContext& view, const KeyEvent& key) = 0;
     virtual Next text(ViewContext& /*view*/, const std::string& /*pasted*/) { return Next::stays; }
     virtual Next click(ViewContext& /*view*/, int /*x*/, int /*y*/) { return Next::stays; }
+    /// Whether a click that was told is also for what lies below, as under a mode of a pane.
+    virtual bool passesClicks() const { return false; }
     /// So many rows, up when negative; false when what is below it shall scroll.
     virtual bool wheel(ViewContext& /*view*/, int /*x*/, int /*y*/, int /*rows*/) { return false; }
     /// The workspace has changed; what it is about may be gone.

@@ -135,6 +135,7 @@ RowView Buffer::historyRow(std::uint64_t index) const {
             .cols = cols_,
             .isWrapped = cached->row.isWrapped,
             .renderMode = cached->row.renderMode,
+            .startsPrompt = cached->row.startsPrompt,
             .generation = generation};
 }
 
@@ -149,7 +150,7 @@ History::Next Buffer::nextOfTopRow(int bottom, NewRow newRow) const {
 }
 
 void Buffer::rememberTop(History::Next next) {
-    const bool follows = yDisp_ == yBase();
+    const bool follows = !holdsView && yDisp_ == yBase();
     const std::uint64_t dropped = history_.frontRow();
     history_.append(screen_.view(0), next);
     if (follows) {

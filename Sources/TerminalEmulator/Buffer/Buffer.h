@@ -78,6 +78,9 @@ class Buffer {
     int yBase() const { return static_cast<int>(history_.rowCount()); }
     int yDisp() const { return yDisp_; }
     void setYDisp(int row);  ///< clamped to 0 and `yBase()`
+    /// A view at the newest row stays on what it shows when rows come in below, as one of the history does anyway. A
+    /// change of size brings it to the newest row again.
+    bool holdsView = false;
     /// How many rows have fallen off the oldest end since the last `clear`: a ring place plus this stays with its row,
     /// as long as the width stays.
     std::uint64_t linesTop() const { return history_.frontRow() - linesTopAtClear_; }
@@ -98,7 +101,7 @@ class Buffer {
         return screen_.line(std::clamp(y, 0, screen_.count() - 1));
     }
     /// Rows `top` to `bottom` move up by one. A row that leaves the top of the screen goes into the history, whatever
-    /// `bottom` is. A view at the newest row stays there.
+    /// `bottom` is. A view at the newest row stays there, unless `holdsView` is set.
     void scrollUp(int top, int bottom, const StoredCell& fill, NewRow newRow = NewRow::startsLine);
     /// The same without the history: deleting lines.
     void deleteRow(int top, int bottom, const StoredCell& fill);

@@ -152,6 +152,7 @@ void BufferLine::copyFrom(const RowView& line, int srcCol, int dstCol, int len) 
 void BufferLine::copyFrom(const RowView& line) {
     row_->isWrapped = line.isWrapped;
     row_->renderMode = line.renderMode;
+    row_->startsPrompt = line.startsPrompt;
     if (line.cells.data() != row_->cells) row_->length = 0;
     copyFrom(line, 0, 0, cols_);
 }

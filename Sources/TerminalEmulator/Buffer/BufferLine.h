@@ -16,6 +16,7 @@ struct ScreenRow {
     int length = 0;
     bool isWrapped = false;
     RenderLineMode renderMode = RenderLineMode::single;
+    bool startsPrompt = false;
     std::uint64_t generation = 0;
 };
 
@@ -41,6 +42,7 @@ class BufferLine {
                 .cols = cols_,
                 .isWrapped = row_->isWrapped,
                 .renderMode = row_->renderMode,
+                .startsPrompt = row_->startsPrompt,
                 .generation = row_->generation};
     }
     StoredCell at(int col) const {
@@ -56,6 +58,7 @@ class BufferLine {
     }
     RenderLineMode renderMode() const { return row_->renderMode; }
     void setRenderMode(RenderLineMode mode);
+    void setStartsPrompt(bool startsPrompt) { row_->startsPrompt = startsPrompt; }
 
     /// Writes a run of printable ASCII from `col` on and gives back how many bytes had room before `endCol` (at most
     /// the row's end).
@@ -69,7 +72,7 @@ class BufferLine {
     void setCell(int col, const StoredCell& cell);
     void set(int col, const CharData& cell) { setCell(col, StoredCell::pack(cell)); }
 
-    void fill(const StoredCell& fill);  ///< the whole row; wrap flag and render mode stay
+    void fill(const StoredCell& fill);  ///< the whole row; flags and render mode stay
     void fill(const StoredCell& fill, int atCol, int len) { replaceCells(atCol, atCol + len, fill); }
     void replaceCells(int start, int end, const StoredCell& fill);      ///< [start, end)
     void eraseUnprotected(int start, int end, const StoredCell& fill);  ///< the same, without protected cells
@@ -79,7 +82,7 @@ class BufferLine {
     void deleteCells(int pos, int n, int rightMargin, const StoredCell& fill);
     /// Source and destination may be the same row and overlap.
     void copyFrom(const RowView& line, int srcCol, int dstCol, int len);
-    void copyFrom(const RowView& line);  ///< cells, wrap flag and render mode
+    void copyFrom(const RowView& line);  ///< cells, flags and render mode
 
  private:
     void changed() { row_->generation = ++*generations_; }

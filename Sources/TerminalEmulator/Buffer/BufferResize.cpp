@@ -66,11 +66,13 @@ void Buffer::addRows(int newRows) {
 
 /// Rows below the cursor go first, then the top rows go into the history.
 void Buffer::removeRows(int newRows) {
+    const bool follows = yDisp_ == yBase();
     const int pushed = std::max(0, y_ + 1 - newRows);
     for (int count = 0; count < pushed; ++count) {
         rememberTop(nextOfTopRow(rows_ - 1, NewRow::startsLine));
         screen_.rotateUp(0, rows_ - 1, {});
     }
+    if (follows) yDisp_ = yBase();
     y_ -= pushed;
     moveScreen(cols_, newRows, 0, {});
 }
@@ -80,8 +82,11 @@ void Buffer::moveScreen(int cols, int rows, int skipped, std::span<const History
     const ScreenRows old = std::exchange(screen_, ScreenRows(cols, rows, generations_));
     int y = 0;
     for (const HistoryRow& row : above) {
-        screen_.line(y++).copyFrom(
-            RowView{.cells = row.cells, .cols = cols, .isWrapped = row.isWrapped, .renderMode = row.renderMode});
+        screen_.line(y++).copyFrom(RowView{.cells = row.cells,
+                                           .cols = cols,
+                                           .isWrapped = row.isWrapped,
+                                           .renderMode = row.renderMode,
+                                           .startsPrompt = row.startsPrompt});
     }
     for (int from = skipped; from < old.count() && y < rows; ++from)
         screen_.line(y++).copyFrom(old.view(from));

@@ -15,7 +15,9 @@ void History::append(const RowView& row, Next next) {
         return;
     }
     if (row.isWrapped) fillNewestRow(row.at(0).isWide());
-    HistoryPiece piece{.isContinuation = row.isWrapped, .renderMode = static_cast<std::uint32_t>(row.renderMode)};
+    HistoryPiece piece{.isContinuation = row.isWrapped,
+                       .renderMode = static_cast<std::uint32_t>(row.renderMode),
+                       .startsPrompt = row.startsPrompt};
     if (next == Next::startsLine) {
         piece.cells = static_cast<std::uint32_t>(row.getTrimmedLength());
         // A piece without cells would start no row.
@@ -236,8 +238,10 @@ void History::readAt(Position at, HistoryRow& row) const {
     row.cells.clear();
     row.isWrapped = at.cell > 0 || pieceAt(at).isContinuation != 0;
     row.renderMode = static_cast<RenderLineMode>(pieceAt(at).renderMode);
+    row.startsPrompt = false;
     while (true) {
         const HistoryPiece& piece = pieceAt(at);
+        row.startsPrompt |= at.cell == 0 && piece.startsPrompt != 0;
         const auto column = static_cast<std::uint32_t>(row.cells.size());
         const std::uint32_t fits = cellsThatFit(at, cols_ - column);
         unpacked_.clear();

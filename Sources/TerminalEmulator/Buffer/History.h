@@ -16,6 +16,7 @@ struct HistoryRow {
     std::size_t textCells = 0;  ///< of them; those behind only have a background and take no part in a line's laying
     bool isWrapped = false;
     RenderLineMode renderMode = RenderLineMode::single;
+    bool startsPrompt = false;
 };
 
 /// The rows that have left the screen, as logical lines: packed, and broken into rows by the present width only when

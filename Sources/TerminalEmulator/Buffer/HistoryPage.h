@@ -15,10 +15,11 @@ namespace orvane {
 /// held when it left; pieces joined by `isContinuation` are one logical line.
 struct HistoryPiece {
     std::uint32_t offset = 0;      ///< of its bytes in the page
-    std::uint32_t cells : 28 = 0;  ///< that take part in the laying of rows: without what only has a background
+    std::uint32_t cells : 27 = 0;  ///< that take part in the laying of rows: without what only has a background
     std::uint32_t isContinuation : 1 = 0;
     std::uint32_t hasWide : 1 = 0;
     std::uint32_t renderMode : 2 = 0;
+    std::uint32_t startsPrompt : 1 = 0;  ///< in the row that the piece begins in
 };
 
 static_assert(sizeof(HistoryPiece) == 8);

@@ -28,6 +28,7 @@ class RowView {
     int cols = 0;
     bool isWrapped = false;  ///< continues the row above
     RenderLineMode renderMode = RenderLineMode::single;
+    bool startsPrompt = false;  ///< the program said that a prompt of its begins in this row
     /// Two reads of a buffer with the same number show the same cells. A row that leaves the screen gets another one.
     std::uint64_t generation = 0;
 

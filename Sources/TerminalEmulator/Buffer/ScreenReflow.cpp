@@ -9,7 +9,10 @@ ScreenReflow::ScreenReflow(const ScreenRows& screen, std::optional<HistoryRow> n
     if (newest) {
         cells_ = std::move(newest->cells);
         cells_.resize(newest->textCells);
-        lines_.push_back({.end = cells_.size(), .isWrapped = newest->isWrapped, .renderMode = newest->renderMode});
+        lines_.push_back({.end = cells_.size(),
+                          .isWrapped = newest->isWrapped,
+                          .renderMode = newest->renderMode,
+                          .startsPrompt = newest->startsPrompt});
     }
     for (int y = 0; y < screen.count(); ++y)
         gather(screen, y);
@@ -37,7 +40,8 @@ RowView ScreenReflow::row(int index) const {
     return {.cells = {cells_.data() + row.begin, row.end - row.begin},
             .cols = cols_,
             .isWrapped = row.isWrapped,
-            .renderMode = row.renderMode};
+            .renderMode = row.renderMode,
+            .startsPrompt = row.startsPrompt};
 }
 
 History::Next ScreenReflow::next(int index) const {
@@ -52,6 +56,7 @@ void ScreenReflow::gather(const ScreenRows& screen, int y) {
         if (!lines_.empty()) close(lines_.back());
         lines_.push_back({.begin = cells_.size(), .isWrapped = row.isWrapped, .renderMode = row.renderMode});
     }
+    lines_.back().startsPrompt |= row.startsPrompt;
     const std::size_t start = cells_.size();
     if (y == cursor_.y) {
         cursorLine_ = lines_.size() - 1;
@@ -94,11 +99,15 @@ void ScreenReflow::makeRoomForCursor() {
 }
 
 void ScreenReflow::layLine(const Line& line) {
-    Row row{.begin = line.begin, .isWrapped = line.isWrapped, .renderMode = line.renderMode};
+    Row row{.begin = line.begin,
+            .isWrapped = line.isWrapped,
+            .renderMode = line.renderMode,
+            .startsPrompt = line.startsPrompt};
     while ((row.end = rowEnd(row.begin, line.textEnd)) < line.textEnd) {
         rows_.push_back(row);
         row.begin = row.end;
         row.isWrapped = true;
+        row.startsPrompt = false;
     }
     row.end = std::min(line.end, row.begin + static_cast<std::size_t>(cols_));
     while (row.end > row.begin && cells_[row.end - 1].isDefaultBlank())

@@ -39,6 +39,7 @@ class ScreenReflow {
         std::size_t end = 0;
         bool isWrapped = false;  ///< its first row continues a row that is not among these
         RenderLineMode renderMode = RenderLineMode::single;
+        bool startsPrompt = false;  ///< one begins somewhere in it; the first row laid has the mark
     };
 
     struct Row {
@@ -46,6 +47,7 @@ class ScreenReflow {
         std::size_t end = 0;
         bool isWrapped = false;
         RenderLineMode renderMode = RenderLineMode::single;
+        bool startsPrompt = false;
     };
 
     void gather(const ScreenRows& screen, int y);

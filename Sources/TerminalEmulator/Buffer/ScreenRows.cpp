@@ -25,6 +25,7 @@ RowView ScreenRows::view(int index) const {
             .cols = cols_,
             .isWrapped = head.isWrapped,
             .renderMode = head.renderMode,
+            .startsPrompt = head.startsPrompt,
             .generation = head.generation};
 }
 
@@ -57,6 +58,7 @@ void ScreenRows::recycle(int index, const StoredCell& fill) {
     ScreenRow& head = row(index);
     head.isWrapped = false;
     head.renderMode = RenderLineMode::single;
+    head.startsPrompt = false;
     BufferLine(head, cols_, *generations_).fill(fill);
 }
 

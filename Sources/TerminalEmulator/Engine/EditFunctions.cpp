@@ -18,7 +18,8 @@ bool sparesProtected(const TerminalState& state, Erasing erasing) {
 }
 
 /// Columns [start, end) of a row. A row whose end is erased is continued by none; one that is erased whole is a row of
-/// its own and single width.
+/// its own and single width. It keeps the mark of a prompt: shells that have marked one clear the rest of its row
+/// before they write it.
 void eraseInRow(TerminalState& state, int y, int start, int end, Erasing erasing) {
     BufferLine line = state.buffer->line(y);
     if (sparesProtected(state, erasing)) {
@@ -37,7 +38,10 @@ void eraseInRow(TerminalState& state, int y, int start, int end, Erasing erasing
 
 void eraseRows(TerminalState& state, int top, int bottom, Erasing erasing) {
     for (int y = top; y <= bottom; ++y) {
-        if (!sparesProtected(state, erasing)) state.buffer->line(y).setRenderMode(RenderLineMode::single);
+        if (!sparesProtected(state, erasing)) {
+            state.buffer->line(y).setRenderMode(RenderLineMode::single);
+            state.buffer->line(y).setStartsPrompt(false);
+        }
         eraseInRow(state, y, 0, state.cols(), erasing);
     }
 }
@@ -101,6 +105,7 @@ void eraseInLine(TerminalState& state, const ParserParameters& parameters, Erasi
             eraseInRow(state, buffer.y(), 0, buffer.x() + 1, erasing);
             break;
         case 2:
+            if (!sparesProtected(state, erasing)) state.cursorLine().setStartsPrompt(false);
             eraseInRow(state, buffer.y(), 0, state.cols(), erasing);
             break;
         default:
@@ -201,6 +206,7 @@ void alignmentPattern(TerminalState& state) {
         BufferLine line = buffer.line(y);
         line.setRenderMode(RenderLineMode::single);
         line.setIsWrapped(false);
+        line.setStartsPrompt(false);
         line.fill(StoredCell{}.with('E', 1));
     }
     state.placeCursor(0, 0);

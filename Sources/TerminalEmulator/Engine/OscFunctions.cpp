@@ -117,6 +117,21 @@ bool useClipboard(TerminalState& state, const Osc& osc) {
     return content.has_value();
 }
 
+/// FinalTerm's marks of what a shell does, "A;aid=1;k=s": a prompt begins (A, or N for one in a fresh row), a line is
+/// typed (B), its output begins (C), it has ended (D;status). Only where prompts begin is kept. `k` tells kinds of
+/// prompts; that of a line that is not complete yet ("c", "s") and one at the right ("r") start nothing new.
+bool markShell(TerminalState& state, const Osc& osc) {
+    PayloadText::Parts parts(osc.payload);
+    const auto mark = parts.next();
+    if (!mark || mark->size() != 1 || !std::string_view("ABCDILNP").contains(mark->front())) return false;
+    if (*mark != "A" && *mark != "N" && *mark != "P") return true;
+    while (const auto parameter = parts.next()) {
+        if (*parameter == "k=c" || *parameter == "k=s" || *parameter == "k=r") return true;
+    }
+    state.cursorLine().setStartsPrompt(true);
+    return true;
+}
+
 bool resetPalette(TerminalState& state, const Osc& osc) {
     ColorFunctions::resetPalette(state, osc.payload);
     return true;
@@ -152,10 +167,10 @@ struct Row {
 
 // In rising order.
 constexpr Row rows[] = {
-    {0, setBothTitles},  {1, setIconTitle},  {2, setWindowTitle}, {4, setPalette},
-    {6, setDocument},    {7, setDirectory},  {8, setHyperlink},   {9, reportProgress},
-    {10, setDynamic},    {11, setDynamic},   {12, setDynamic},    {52, useClipboard},
-    {104, resetPalette}, {112, resetCursor}, {777, notify},       {1337, handleContent},
+    {0, setBothTitles}, {1, setIconTitle},     {2, setWindowTitle}, {4, setPalette},    {6, setDocument},
+    {7, setDirectory},  {8, setHyperlink},     {9, reportProgress}, {10, setDynamic},   {11, setDynamic},
+    {12, setDynamic},   {52, useClipboard},    {104, resetPalette}, {112, resetCursor}, {133, markShell},
+    {777, notify},      {1337, handleContent},
 };
 
 static_assert(std::ranges::is_sorted(rows, {}, &Row::code));

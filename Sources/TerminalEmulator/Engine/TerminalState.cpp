@@ -254,6 +254,7 @@ void TerminalState::clearScreen(Buffer& screen) {
         line.fill(fill);
         line.setIsWrapped(false);
         line.setRenderMode(RenderLineMode::single);
+        line.setStartsPrompt(false);
     }
     if (&screen == buffer) markAll();
 }

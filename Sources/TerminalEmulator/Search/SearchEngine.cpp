@@ -74,6 +74,32 @@ std::expected<SearchHits, SearchError> SearchEngine::all(SearchPattern& pattern,
     return found;
 }
 
+std::expected<SearchHits, SearchError> SearchEngine::within(SearchPattern& pattern, int firstRow, int lastRow,
+                                                            std::size_t maximum) {
+    pattern.restart();
+    SearchHits found;
+    const std::int64_t first = invariantRow(firstRow);
+    const auto visitLine = [&](const SearchLine& line, std::string_view text) -> std::expected<Step, SearchError> {
+        if (line.firstRow + line.rowCount <= first) return Step::goOn;
+        if (line.firstRow > invariantRow(lastRow)) return Step::stop;
+        LineOffsetMapper mapper(*buffer_, clusters_, ringRow(line));
+        return visitHits(pattern, text, [&](const Range& range) {
+            if (mapper.cellAt(range.begin).row > lastRow) return Step::stop;
+            const SearchResult hit = resultAt(mapper, range);
+            if (hit.end.row < firstRow) return Step::goOn;
+            found.isTruncated = found.hits.size() == maximum;
+            if (found.isTruncated) return Step::stop;
+            found.hits.push_back(hit);
+            return Step::goOn;
+        });
+    };
+    // The line that shows in the first row starts at most two blocks above.
+    if (auto error = visitLines(first / SearchLineCache::rowsPerBlock - 2, visitLine)) {
+        return std::unexpected(std::move(*error));
+    }
+    return found;
+}
+
 std::expected<std::size_t, SearchError> SearchEngine::count(SearchPattern& pattern, std::size_t maximum) {
     pattern.restart();
     std::size_t hits = 0;

@@ -32,6 +32,9 @@ class SearchEngine {
     /// The last hit that starts before `before`.
     Found previous(SearchPattern& pattern, Position before);
     std::expected<SearchHits, SearchError> all(SearchPattern& pattern, std::size_t maximum);
+    /// The hits that show in these rows of the ring.
+    std::expected<SearchHits, SearchError> within(SearchPattern& pattern, int firstRow, int lastRow,
+                                                  std::size_t maximum);
     /// How many hits there are, `maximum` when there are as many or more.
     std::expected<std::size_t, SearchError> count(SearchPattern& pattern, std::size_t maximum);
 

@@ -1,6 +1,7 @@
 #include "TerminalEmulator/SearchService.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orvane {
 
@@ -35,6 +36,13 @@ std::expected<SearchHits, SearchError> SearchService::findAll(std::string_view t
     return engine_.all(*pattern_, maximumHits);
 }
 
+std::expected<SearchHits, SearchError> SearchService::findWithin(std::string_view term, const SearchOptions& options,
+                                                                 int firstRow, int lastRow) {
+    if (term.empty()) return SearchHits{};
+    if (auto error = prepare(term, options)) return std::unexpected(std::move(*error));
+    return engine_.within(*pattern_, firstRow, lastRow, maximumHits);
+}
+
 std::expected<std::size_t, SearchError> SearchService::hitCount(std::string_view term, const SearchOptions& options) {
     if (term.empty()) return 0;
     if (auto error = prepare(term, options)) return std::unexpected(std::move(*error));
@@ -48,13 +56,14 @@ void SearchService::clear() {
 }
 
 SearchService::Found SearchService::find(std::string_view term, const SearchOptions& options, Direction direction) {
+    const auto start = std::exchange(startsAt_, std::nullopt);
     if (term.empty()) {
         state_ = {.options = options, .lastHit = state_.lastHit};
         return std::nullopt;
     }
     if (auto error = prepare(term, options)) return std::unexpected(std::move(*error));
     const bool isSame = state_.term == term && state_.options == options;
-    const Position from = origin(direction, isSame);
+    const Position from = start ? *start : origin(direction, isSame);
     Found found = search(direction, from);
     const bool hasWrapped = found && !*found;
     if (hasWrapped) found = search(direction, direction == Direction::forwards ? Position{} : behindNewest());

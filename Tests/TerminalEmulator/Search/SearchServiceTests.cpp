@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
 #include "TerminalEmulator/Buffer/BufferNotation.h"
 
 namespace orvane::testing {
@@ -139,6 +143,32 @@ TEST(SearchServiceTests, NextAndPreviousGoRound) {
     EXPECT_EQ(Screen::describe(search.findNext("a4", {})), fourth);
     EXPECT_EQ(Screen::describe(search.findNext("a4x", {})), "none");
     EXPECT_EQ(Screen::describe(search.findNext("a", {})), "8,0-8,1 a");
+}
+
+TEST(SearchServiceTests, ASearchStartsWhereItIsToldToOnceAndRowsHaveTheHitsThatShowInThem) {
+    Screen screen(U"ab 0\nab 1\nab abcdefghijklmnopqrstuv ab\nab 4", 10, 8);
+    const auto from = [&](Position at) -> SearchService& {
+        screen.search.startAt(at);
+        return screen.search;
+    };
+    EXPECT_EQ(Screen::describe(from({1, 0}).findNext("ab", {})), "1,0-1,2 ab");
+    EXPECT_EQ(Screen::describe(from({1, 1}).findNext("ab", {})), "2,0-2,2 ab");
+    EXPECT_EQ(Screen::describe(from({1, 0}).findPrevious("ab", {})), "0,0-0,2 ab");
+    EXPECT_EQ(Screen::describe(screen.search.findNext()), "1,0-1,2 ab") << "then it goes on from the last hit";
+    const auto all = screen.search.findAll("ab|g.*u", {.regex = true});
+    ASSERT_TRUE(all.has_value());
+    ASSERT_EQ(all->hits.size(), 7U);
+    for (int first = 0; first < screen.buffer.count(); ++first) {
+        for (int last = first; last < screen.buffer.count(); ++last) {
+            std::vector<SearchResult> wanted;
+            std::ranges::copy_if(all->hits, std::back_inserter(wanted), [&](const SearchResult& hit) {
+                return hit.start.row <= last && hit.end.row >= first;
+            });
+            const auto shown = screen.search.findWithin("ab|g.*u", {.regex = true}, first, last);
+            ASSERT_TRUE(shown.has_value());
+            EXPECT_EQ(shown->hits, wanted) << first << " to " << last;
+        }
+    }
 }
 
 TEST(SearchServiceTests, AHitIsFoundAgainOrKnownToBeStale) {

@@ -5,10 +5,12 @@
 #include "OrvaneCore/Workspace/PaneMetrics.h"
 #include "OrvaneShell/View/Commands/ViewCommands.h"
 #include "OrvaneShell/View/Overlays/HistoryMode.h"
+#include "OrvaneShell/View/Overlays/HistorySave.h"
 #include "OrvaneShell/View/Overlays/ListOverlay.h"
 #include "OrvaneShell/View/Overlays/PaneModes.h"
 #include "OrvaneShell/View/Overlays/PromptOverlay.h"
 #include "OrvaneShell/View/PaneLinks.h"
+#include "TerminalEmulator/HeadlessTerminal.h"
 
 namespace orvane {
 
@@ -87,6 +89,14 @@ ListOverlay::Item layoutItem(std::string label, std::string detail, const PaneNo
                     with.say(with.l10n.plural("layout.unplaced", static_cast<long long>(unplaced.size())));
                 }
             }};
+}
+
+/// On the focused pane; null when that has no terminal.
+std::unique_ptr<HistoryMode> historyMode(ViewContext& view) {
+    view.unsay(view.notice());
+    const SessionController* session = view.focusedSession();
+    if (session == nullptr || session->terminal() == nullptr) return nullptr;
+    return std::make_unique<HistoryMode>(session->id(), session->terminal()->terminal);
 }
 
 }  // namespace
@@ -193,9 +203,8 @@ void layouts(ViewContext& view) {
 }
 
 void history(ViewContext& view) {
-    const SessionController* session = view.focusedSession();
-    if (session == nullptr || session->terminal() == nullptr) return;
-    view.open(std::make_unique<HistoryMode>(session->id()));
+    view.close();
+    if (auto mode = historyMode(view)) view.open(std::move(mode));
 }
 
 void historyPage(ViewContext& view) {
@@ -204,11 +213,16 @@ void historyPage(ViewContext& view) {
 }
 
 void search(ViewContext& view) {
-    const SessionController* session = view.focusedSession();
-    if (session == nullptr || session->terminal() == nullptr) return;
-    auto mode = std::make_unique<HistoryMode>(session->id());
-    mode->beginSearch();
+    view.close();
+    auto mode = historyMode(view);
+    if (mode == nullptr) return;
+    mode->beginSearch(view);
     view.open(std::move(mode));
+}
+
+void saveHistory(ViewContext& view) {
+    const SessionController* session = view.focusedSession();
+    if (session != nullptr && session->terminal() != nullptr) view.open(HistorySave::prompt(view, *session));
 }
 
 void links(ViewContext& view) {

@@ -24,6 +24,7 @@ void layouts(ViewContext& view);
 void history(ViewContext& view);
 void historyPage(ViewContext& view);
 void search(ViewContext& view);
+void saveHistory(ViewContext& view);
 /// The addresses in the pane, to be opened.
 void links(ViewContext& view);
 void close(ViewContext& view);

@@ -42,6 +42,7 @@ constexpr PresetKeys leaderKeys[] = {
     {"Leader [", "history"},
     {"Leader PageUp", "history-page"},
     {"Leader /", "search"},
+    {"Leader S", "save-history"},
     {"Leader L", "links"},
     {"Leader x", "close-pane"},
     {"Leader c", "new-session"},

@@ -63,6 +63,7 @@ void paintTabs(const ViewContext& view, Canvas& canvas) {
 void paintHints(const ViewContext& view, Canvas& canvas) {
     const CellRect& row = view.layout.hints;
     if (row.isEmpty()) return;
+    if (view.overlay != nullptr && view.overlay->paintRow(view, canvas, row)) return;
     CanvasPen pen(canvas, row);
     pen.fill(row, ViewLook::plain);
     const auto calls = std::ranges::count_if(view.store.sessions(),
