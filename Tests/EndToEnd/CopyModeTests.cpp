@@ -202,7 +202,7 @@ TEST_P(CopyMode, SavesTheHistoryAsAFile) {
     enter();
     window->type("s");
     ASSERT_TRUE(untilShows(*window, "Save the history"));
-    EXPECT_TRUE(window->shows("~/shell-")) << window->text();
+    ASSERT_TRUE(untilShows(*window, "~/shell-"));
     window->type("\x15~/no-folder/x.txt\r");
     ASSERT_TRUE(untilShows(*window, "There is no folder"));
     window->type("\x15~/kept.txt\r");

@@ -66,9 +66,8 @@ class ConversationsOverlayTest : public testing::ServicesFixture {
             view.overlay = std::move(current);
     }
 
-    ViewContext view{
-        {.store = *store, .tools = *tools, .agents = agents, .history = *history, .preferences = preferences},
-        {.requestFrame = [] {}, .detach = {}, .stopHost = {}, .openProject = {}, .copy = {}}};
+    ViewContext view{viewServices(),
+                     {.requestFrame = [] {}, .detach = {}, .stopHost = {}, .openProject = {}, .copy = {}}};
 };
 
 TEST_F(ConversationsOverlayTest, TheChosenConversationStaysChosenWhileOthersCome) {
