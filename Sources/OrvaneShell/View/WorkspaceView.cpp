@@ -9,7 +9,6 @@
 #include "OrvaneShell/View/Commands/ViewCommands.h"
 #include "OrvaneShell/View/Input/KeyEncoder.h"
 #include "OrvaneShell/View/NearestColor.h"
-#include "OrvaneShell/View/Painting/FramePainter.h"
 #include "OrvaneShell/View/SessionQuestion.h"
 #include "OrvaneShell/View/TracePanel.h"
 #include "OrvaneShell/View/ViewCommand.h"
@@ -46,13 +45,14 @@ WorkspaceView::WorkspaceView(Setup setup, TerminalDevice device)
                                  .detach = [this] { end(End::detached); },
                                  .stopHost = [this] { setup_.stopHost(); },
                                  .openProject = [this](const std::string& typed) { setup_.openProject(typed); },
-                                                  .repeat =
+                                 .repeat =
                                      [this] {
                                          plain_.repeat();
                                          redraw();
                                      },
                                  .openLink = [this](const std::string& address) { return setup_.openLink(address); },
-                .copy = [this](const std::string& text) { copy(text); }}) {}
+                                 .copy = [this](const std::string& text) { copy(text); }}),
+      frame_(setup_.isPlain ? ViewFrame::Form::plain : ViewFrame::Form::drawn) {}
 
 WorkspaceView::~WorkspaceView() = default;
 
@@ -182,7 +182,7 @@ void WorkspaceView::takeMouse(const MouseEvent& mouse) {
         context_.typed = {};
         context_.showsWelcome = false;
     }
-    mouse_.take(context_, sidebar_, mouse);
+    mouse_.take(context_, frame_.sidebar(), mouse);
 }
 
 void WorkspaceView::takePaste(const PasteEvent& paste) {
@@ -341,51 +341,17 @@ void WorkspaceView::announceStatus(const SessionEvent& event, const SessionContr
 }
 
 void WorkspaceView::requestFrame(ViewTerminal::Haste haste) {
-    areSurroundingsStale_ = true;
+    frame_.noteChange();
     terminal_.requestFrame(haste);
 }
 
-/// Who has it read out sees one pane at a time, as large as there is room.
-ViewLayout::Options WorkspaceView::layoutOptions(const Canvas& canvas) const {
-    return {.cols = canvas.cols(),
-            .rows = canvas.rows(),
-            .showsSidebar = context_.showsSidebar() && !setup_.isPlain,
-            .showsTabs = !setup_.isPlain,
-            .zoomedLeaf = setup_.isPlain ? context_.focusedLeaf() : context_.zoomedLeaf};
-}
-
 void WorkspaceView::paint(Canvas& canvas) {
-    const bool isResized = context_.cols != canvas.cols() || context_.rows != canvas.rows();
-    const bool isWhole =
-        std::exchange(areSurroundingsStale_, false) || isResized || context_.overlay != nullptr || context_.drag;
-    if (isWhole) {
-        context_.cols = canvas.cols();
-        context_.rows = canvas.rows();
-        context_.layout = ViewLayout::of(setup_.services.store.workspace(), layoutOptions(canvas));
-        setup_.services.store.interface().paneArea = context_.layout.area();
-    }
     canvas.theme = theme();
-    panes_.paint(context_, canvas, isWhole ? PanePainter::Part::whole : PanePainter::Part::contents);
-    if (isWhole && !setup_.isPlain) paintSurroundings(canvas);
-    if (!setup_.isPlain) paintOnTop(canvas);
+    frame_.paint(context_, canvas);
     terminal_.trackMotion(ViewMouse::wantsMotion(context_));
-    if (panes_.isHeldBack()) {
+    if (frame_.isHeldBack()) {
         holdTimer_ = setup_.services.store.loop().after(longestHold, [this] { terminal_.requestFrame(); });
     }
-}
-
-void WorkspaceView::paintOnTop(Canvas& canvas) {
-    if (context_.drag) FramePainter::paintDrag(context_, canvas);
-    if (context_.showsWelcome) FramePainter::paintWelcome(context_, canvas);
-    if (!context_.typed.isEmpty()) FramePainter::paintCommands(context_, canvas);
-}
-
-/// All but the panes, and what lies over them.
-void WorkspaceView::paintSurroundings(Canvas& canvas) {
-    sidebar_.paint(context_, canvas);
-    FramePainter::paintTabs(context_, canvas);
-    if (context_.overlay != nullptr) context_.overlay->paint(context_, canvas);
-    FramePainter::paintHints(context_, canvas);
 }
 
 }  // namespace orvane

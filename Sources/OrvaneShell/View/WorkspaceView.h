@@ -6,10 +6,9 @@
 
 #include "OrvaneShell/View/Input/PasteEncoder.h"
 #include "OrvaneShell/View/Keys/CommandKeys.h"
-#include "OrvaneShell/View/Painting/PanePainter.h"
-#include "OrvaneShell/View/Painting/SidebarPainter.h"
 #include "OrvaneShell/View/Plain/PlainView.h"
 #include "OrvaneShell/View/ViewContext.h"
+#include "OrvaneShell/View/ViewFrame.h"
 #include "OrvaneShell/View/ViewMouse.h"
 #include "OrvaneShell/View/ViewSettings.h"
 #include "OrvaneShell/View/ViewTerminal.h"
@@ -68,11 +67,8 @@ class WorkspaceView {
     std::function<std::string(const Canvas&)> plainFrame();
     void setGround(ViewTheme::Ground ground);
     ViewTheme theme() const;
-    ViewLayout::Options layoutOptions(const Canvas& canvas) const;
     void requestFrame(ViewTerminal::Haste haste = ViewTerminal::Haste::paced);
     void paint(Canvas& canvas);
-    void paintSurroundings(Canvas& canvas);
-    void paintOnTop(Canvas& canvas);
     void noteChange();
     void noteNews(const SessionController& session, const TerminalNews& news);
     void noteFocus();
@@ -85,8 +81,7 @@ class WorkspaceView {
     Setup setup_;
     ViewTerminal terminal_;
     ViewContext context_;
-    PanePainter panes_;
-    SidebarPainter sidebar_;
+    ViewFrame frame_;
     PlainView plain_;
     ViewTheme::Choice theme_ = ViewTheme::Choice::automatic;
     /// As the terminal has told.
@@ -100,9 +95,6 @@ class WorkspaceView {
     /// The session that a paste goes to, and its form.
     std::optional<Uuid> pasteTarget_;
     PasteForm pasteForm_ = PasteForm::plain;
-    /// More than the contents of panes may have changed since the last frame. What a program writes changes them alone,
-    /// and that is nearly every frame: all else takes longer to draw than they do.
-    bool areSurroundingsStale_ = true;
     /// Of the pane that was typed to, so many changes are answers still.
     int answersToCome_ = 0;
     Instant lastBellAt_;
