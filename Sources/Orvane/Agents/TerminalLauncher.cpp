@@ -43,6 +43,7 @@ std::expected<std::unique_ptr<SessionProcess>, LaunchFailure> TerminalLauncher::
     if (!plan) return failure(reasonOf(plan.error()));
     auto process = std::make_unique<TerminalSession>(setup_.loop, reader_.loop(), std::move(events),
                                                      std::move(plan->forcedTranscriptID));
+    process->terminal()->changeScrollback(setup_.scrollback);
     auto started = process->start({.executable = std::move(plan->executable),
                                    .args = std::move(plan->arguments),
                                    .environment = std::move(plan->environment),

@@ -22,9 +22,16 @@ class TerminalLauncher final : public SessionLauncher {
         const ShellSetup& shell;
         /// Sessions started before it has ended build their own environment.
         const LoginCapture& login;
+        /// Rows of history of each new terminal.
+        int scrollback = defaultScrollback;
     };
+    /// Much of what an agent writes in a day, and some megabytes when it is full.
+    static constexpr int defaultScrollback = 5000;
 
     explicit TerminalLauncher(const Setup& setup) : setup_(setup) {}
+
+    /// For those that are started from now on.
+    void setScrollback(int rows) { setup_.scrollback = rows; }
 
     std::expected<std::unique_ptr<SessionProcess>, LaunchFailure> launch(const SessionController& session,
                                                                          SessionProcessEvents events) override;

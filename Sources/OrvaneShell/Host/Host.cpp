@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <filesystem>
@@ -14,6 +15,7 @@
 #include "Platform/LineClient.h"
 #include "Platform/TimeZoneName.h"
 #include "Platform/UnixSocket.h"
+#include "TerminalEmulator/HeadlessTerminal.h"
 
 namespace orvane {
 
@@ -54,6 +56,13 @@ L10n chosenTexts(const PreferencesStore& preferences, const Environment& environ
                            variable(environment, "LANG"))};
 }
 
+constexpr std::string_view scrollbackKey = "terminal.scrollback";
+
+int scrollbackOf(const PreferencesStore& preferences) {
+    return static_cast<int>(std::clamp<std::int64_t>(
+        preferences.integer(scrollbackKey, TerminalLauncher::defaultScrollback), 0, 1'000'000));
+}
+
 }  // namespace
 
 Host::Host(Mode mode, Environment environment, InstanceLock lock, DiagnosticLog log)
@@ -69,7 +78,11 @@ Host::Host(Mode mode, Environment environment, InstanceLock lock, DiagnosticLog 
       launchSupport_(Folders::home(environment_), Folders::temporary(environment_).value_or("")),
       shellSetup_(ShellSetup::of(environment_)),
       loginCapture_(loop_, shellSetup_),
-      launcher_({.loop = loop_, .support = launchSupport_, .shell = shellSetup_, .login = loginCapture_}),
+      launcher_({.loop = loop_,
+                 .support = launchSupport_,
+                 .shell = shellSetup_,
+                 .login = loginCapture_,
+                 .scrollback = scrollbackOf(preferences_)}),
       tools_(std::make_shared<ToolsManager>(ToolsManager::Services{
           .loop = loop_, .pool = pool_, .l10n = l10n_, .shell = shellSetup_, .loginCapture = loginCapture_})),
       store_(std::make_shared<AppStore>(
@@ -117,15 +130,7 @@ std::expected<void, std::string> Host::start() {
         store_->noteShutdown();
         stop();
     });
-    // What speaks to the user does so in the language that is chosen while it runs.
-    preferencesWatch_ = preferences_.onChange([this](std::string_view key) {
-        if (key != "language") return;
-        l10n_ = chosenTexts(preferences_, environment_);
-        store_->setTexts(l10n_);
-        tools_->setTexts(l10n_);
-        history_->setLanguage(l10n_.language);
-        router_.setTexts(l10n_);
-    });
+    preferencesWatch_ = preferences_.onChange([this](std::string_view key) { notePreference(key); });
     agents_.load();
     store_->load();
     if (auto listening = listen(); !listening) return std::unexpected(listening.error().message());
@@ -133,6 +138,23 @@ std::expected<void, std::string> Host::start() {
     keepPlaces();
     log_.log("launch: didFinishLaunching bundle=" + executablePath());
     return {};
+}
+
+/// What is chosen while the host runs is in force at once.
+void Host::notePreference(std::string_view key) {
+    if (key == scrollbackKey) {
+        const int rows = scrollbackOf(preferences_);
+        launcher_.setScrollback(rows);
+        for (const auto& session : store_->sessions()) {
+            if (session->terminal() != nullptr) session->terminal()->changeScrollback(rows);
+        }
+    } else if (key == "language") {
+        l10n_ = chosenTexts(preferences_, environment_);
+        store_->setTexts(l10n_);
+        tools_->setTexts(l10n_);
+        history_->setLanguage(l10n_.language);
+        router_.setTexts(l10n_);
+    }
 }
 
 void Host::run() {

@@ -50,6 +50,7 @@ class Host {
     void keepPlaces();
     bool keepLock();
     bool keepSocket();
+    void notePreference(std::string_view key);
     void watchFolder(std::unique_ptr<FolderWatch>& watch, const std::string& folder);
     void stop();
 

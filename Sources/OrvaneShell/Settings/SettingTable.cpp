@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <optional>
 
 #include "OrvaneCore/Support/Language.h"
@@ -36,6 +37,7 @@ const std::vector<Setting>& table() {
         {.key = KeySettings::leaderKey, .kind = Kind::key, .fallback = automatic},
         {.key = "view.screenReader", .kind = Kind::flag, .fallback = off},
         {.key = "view.linkOpener", .kind = Kind::text, .fallback = automatic},
+        {.key = "terminal.scrollback", .kind = Kind::number, .fallback = "5000", .most = 1'000'000},
         {.key = "shell.rail.hidden", .kind = Kind::flag, .fallback = off},
         {.key = "restore.enabled", .kind = Kind::flag, .fallback = on},
     };
@@ -58,6 +60,13 @@ std::optional<std::string_view> choiceOf(const Setting& setting, std::string_vie
     return found == setting.choices.end() ? std::nullopt : std::optional(*found);
 }
 
+std::optional<std::int64_t> numberOf(std::string_view text, std::int64_t most) {
+    std::int64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isWhole = error == std::errc() && end == text.data() + text.size();
+    return isWhole && number >= 0 && number <= most ? std::optional(number) : std::nullopt;
+}
+
 /// The value as it is kept; none when it is no value of the setting's.
 std::optional<std::string> stored(const Setting& setting, std::string_view text) {
     switch (setting.kind) {
@@ -70,6 +79,9 @@ std::optional<std::string> stored(const Setting& setting, std::string_view text)
         case Kind::key:
             if (Text::caseFolded(text) == automatic) return std::string(automatic);
             if (const auto key = KeyText::parse(text)) return KeyText::write(*key);
+            return std::nullopt;
+        case Kind::number:
+            if (const auto number = numberOf(text, setting.most)) return std::to_string(*number);
             return std::nullopt;
         case Kind::text:
             if (text.empty() || Text::oneLine(text) != text) return std::nullopt;
@@ -120,9 +132,17 @@ const Setting* named(std::string_view key) {
 }
 
 std::string value(const Setting& setting, const PreferencesStore& preferences) {
-    if (setting.kind == Kind::flag)
-        return std::string(preferences.boolean(setting.key, setting.fallback == on) ? on : off);
-    return stored(setting, preferences.string(setting.key, setting.fallback)).value_or(std::string(setting.fallback));
+    std::string kept;
+    switch (setting.kind) {
+        case Kind::flag:
+            return std::string(preferences.boolean(setting.key, setting.fallback == on) ? on : off);
+        case Kind::number:
+            kept = std::to_string(preferences.integer(setting.key, -1));
+            break;
+        default:
+            kept = preferences.string(setting.key, setting.fallback);
+    }
+    return stored(setting, kept).value_or(std::string(setting.fallback));
 }
 
 bool isChosen(const Setting& setting, const PreferencesStore& preferences) {
@@ -142,6 +162,8 @@ std::expected<void, std::string> set(const Setting& setting, std::string_view te
         reset(setting, preferences);
     } else if (setting.kind == Kind::flag) {
         preferences.setBoolean(setting.key, *value == on);
+    } else if (setting.kind == Kind::number) {
+        preferences.setInteger(setting.key, *numberOf(*value, setting.most));
     } else {
         preferences.setString(setting.key, *value);
     }
@@ -160,6 +182,8 @@ std::string valuesText(const Setting& setting, const L10n& l10n) {
             return join({setting.choices.begin(), setting.choices.end()});
         case Kind::key:
             return l10n.text("settings.values.key");
+        case Kind::number:
+            return "0 - " + std::to_string(setting.most);
         case Kind::text:
             return l10n.text("settings.values.text");
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <expected>
 #include <span>
 #include <string>
@@ -17,6 +18,7 @@ struct Setting {
         flag,    ///< "on" or "off"
         choice,  ///< one of `choices`
         key,     ///< a key of `KeyText`, or "auto"
+        number,  ///< whole, from 0 to `most`
         text,
     };
     /// In the preferences: "view.theme". The key of the text that tells what it means is "settings.view.theme".
@@ -25,6 +27,7 @@ struct Setting {
     /// What holds when nothing was chosen.
     std::string_view fallback;
     std::vector<std::string_view> choices = {};
+    std::int64_t most = 0;
 
     std::string meaning(const L10n& l10n) const { return l10n.text("settings." + std::string(key)); }
 };
