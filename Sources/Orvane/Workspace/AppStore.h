@@ -159,6 +159,7 @@ class AppStore : public std::enable_shared_from_this<AppStore> {
     void removeTemplate(const Uuid& id);
     /// Takes a session out of its pane and shows it in another workspace of its project.
     void moveToSurface(const Uuid& session, const Uuid& surface);
+    void swapPanes(const Uuid& leaf, const Uuid& other);
     void movePane(const Uuid& content, const Uuid& toLeaf, PaneDropZone zone, const Uuid& surface);
 
     // Life of the process

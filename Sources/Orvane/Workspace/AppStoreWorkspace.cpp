@@ -156,6 +156,11 @@ void AppStore::moveToSurface(const Uuid& session, const Uuid& surface) {
     committed();
 }
 
+void AppStore::swapPanes(const Uuid& leaf, const Uuid& other) {
+    workspace_.swapPanes(leaf, other);
+    committed();
+}
+
 void AppStore::movePane(const Uuid& content, const Uuid& toLeaf, PaneDropZone zone, const Uuid& surface) {
     workspace_.movePane(content, toLeaf, zone, surface);
     committed();

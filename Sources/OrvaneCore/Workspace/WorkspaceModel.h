@@ -115,6 +115,8 @@ struct WorkspaceModel {
     /// Takes a session out of the pane that shows it, which goes too, and puts it into another workspace of its
     /// project: where `PanePlacement` finds room. It keeps the focus.
     void moveToSurface(const Uuid& session, const Uuid& surface, const PaneSize& area);
+    /// Two panes of one workspace show what the other one did; the focus goes with its content.
+    void swapPanes(const Uuid& leaf, const Uuid& other);
     /// Keeps the shape of a workspace under a name; a template of that name is replaced.
     void saveTemplate(const std::string& name, const Uuid& surface);
     void removeTemplate(const Uuid& id);

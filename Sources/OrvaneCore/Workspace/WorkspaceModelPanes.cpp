@@ -156,6 +156,16 @@ void WorkspaceModel::moveToSurface(const Uuid& session, const Uuid& surfaceID, c
     focusPane(placement.leaf);
 }
 
+void WorkspaceModel::swapPanes(const Uuid& leaf, const Uuid& other) {
+    const auto pane = paneOfLeaf(leaf);
+    if (!pane || leaf == other || !surfaceTrees[pane->surface].contains(other)) return;
+    const PaneNode& tree = surfaceTrees[pane->surface];
+    const bool hadFocus = focusedPanes[pane->surface] == leaf;
+    const auto content = tree.contentID(leaf);
+    surfaceTrees[pane->surface] = tree.assigningContent(tree.contentID(other), leaf).assigningContent(content, other);
+    if (hadFocus) focusPane(other);
+}
+
 void WorkspaceModel::removeTemplate(const Uuid& id) {
     std::erase_if(templates, [&](const PaneTemplate& each) { return each.id == id; });
 }

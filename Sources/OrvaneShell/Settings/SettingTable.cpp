@@ -145,10 +145,6 @@ std::string value(const Setting& setting, const PreferencesStore& preferences) {
     return stored(setting, kept).value_or(std::string(setting.fallback));
 }
 
-bool isChosen(const Setting& setting, const PreferencesStore& preferences) {
-    return value(setting, preferences) != setting.fallback;
-}
-
 std::expected<void, std::string> set(const Setting& setting, std::string_view text, const L10n& l10n,
                                      PreferencesStore& preferences) {
     const auto value = stored(setting, text);

@@ -42,7 +42,6 @@ const Setting* named(std::string_view key);
 
 /// What holds now. A value that is none of the setting's own counts as not chosen.
 std::string value(const Setting& setting, const PreferencesStore& preferences);
-bool isChosen(const Setting& setting, const PreferencesStore& preferences);
 
 /// In force at once. The error is a line for a person, and then nothing has changed.
 std::expected<void, std::string> set(const Setting& setting, std::string_view text, const L10n& l10n,

@@ -202,6 +202,12 @@ TEST(WorkspaceModelTest, movesSessionsIntoOtherTabs) {
     model.moveToSurface(content('a'), elsewhere, area);
     EXPECT_EQ(shapes(), ".* h(b,a*)");
 
+    const auto leaves = model.surfaceTrees.at(other).leafIDs();
+    model.swapPanes(leaves[1], leaves[0]);
+    EXPECT_EQ(shapes(), ".* h(a*,b)") << "the user goes along";
+    model.swapPanes(leaves[0], Uuid());
+    EXPECT_EQ(shapes(), ".* h(a*,b)");
+
     model.saveTemplate("mine", other);
     model.removeTemplate(Uuid());
     EXPECT_EQ(model.templates.size(), 1U);

@@ -3,6 +3,7 @@
 #include "OrvaneCore/Support/Text.h"
 #include "OrvaneCore/Workspace/PaneLayout.h"
 #include "OrvaneCore/Workspace/PaneMetrics.h"
+#include "OrvaneCore/Workspace/PaneNavigation.h"
 #include "OrvaneShell/View/Commands/ViewCommands.h"
 #include "OrvaneShell/View/Overlays/HistoryMode.h"
 #include "OrvaneShell/View/Overlays/HistorySave.h"
@@ -45,6 +46,17 @@ void focusAway(ViewContext& view, int offset) {
     view.zoomedLeaf.reset();
     view.store.focusPane(offset);
     if (SessionController* session = view.focusedSession()) session->clearAttention();
+}
+
+/// The panes that follow each other, round the ends.
+void swapWith(ViewContext& view, int offset) {
+    const auto leaf = view.focusedLeaf();
+    if (!leaf || !view.layout.surface) return;
+    view.zoomedLeaf.reset();
+    const auto leaves = view.store.workspace().surfaceTrees.at(*view.layout.surface).leafIDs();
+    const auto at = std::ranges::find(leaves, *leaf) - leaves.begin();
+    const int other = PaneNavigation::neighbourIndex(static_cast<int>(at), static_cast<int>(leaves.size()), offset);
+    view.store.swapPanes(*leaf, leaves[static_cast<std::size_t>(other)]);
 }
 
 void saveLayout(ViewContext& view) {
@@ -143,6 +155,24 @@ void focus(ViewContext& view, ViewLayout::Direction direction) {
 void pull(ViewContext& view, ViewLayout::Direction direction) {
     view.zoomedLeaf.reset();
     if (const auto leaf = view.focusedLeaf()) ResizeMode::pullEdge(view, *leaf, direction);
+}
+
+void grow(ViewContext& view) {
+    view.zoomedLeaf.reset();
+    if (const auto leaf = view.focusedLeaf()) ResizeMode::grow(view, *leaf, ResizeMode::Growth::larger);
+}
+
+void shrink(ViewContext& view) {
+    view.zoomedLeaf.reset();
+    if (const auto leaf = view.focusedLeaf()) ResizeMode::grow(view, *leaf, ResizeMode::Growth::smaller);
+}
+
+void swapNext(ViewContext& view) {
+    swapWith(view, 1);
+}
+
+void swapPrevious(ViewContext& view) {
+    swapWith(view, -1);
 }
 
 void focusNext(ViewContext& view) {

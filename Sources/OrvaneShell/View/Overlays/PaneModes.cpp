@@ -11,6 +11,19 @@ using Direction = ViewLayout::Direction;
 constexpr int colsAtOnce = 2;
 constexpr int rowsAtOnce = 1;
 
+/// Moves the divider that belongs to the pane on that axis by one step; `isForward` tells the direction by where the
+/// pane and the line are.
+template <typename IsForward>
+void moveDivider(ViewContext& view, const Uuid& leaf, PaneAxis axis, IsForward isForward) {
+    const ViewLayout layout = view.wholeLayout();
+    const ViewLayout::Pane* pane = layout.pane(leaf);
+    const ViewLayout::Divider* divider = layout.dividerOf(leaf, axis);
+    if (pane == nullptr || divider == nullptr || !layout.surface) return;
+    const int step = axis == PaneAxis::horizontal ? colsAtOnce : rowsAtOnce;
+    const auto shares = layout.movingDivider(*divider, isForward(pane->whole(), divider->line) ? step : -step);
+    if (shares) view.store.resizeSplit(*layout.surface, layout.splits[divider->split].id, *shares);
+}
+
 PaneDropZone zoneOf(Direction direction) {
     switch (direction) {
         case Direction::left:
@@ -48,15 +61,26 @@ ViewOverlay::Next step(ViewContext& view, const KeyEvent& key, void (*act)(ViewC
 void ResizeMode::pullEdge(ViewContext& view, const Uuid& leaf, ViewLayout::Direction direction) {
     const bool isSideways = direction == Direction::left || direction == Direction::right;
     const bool isForward = direction == Direction::right || direction == Direction::down;
-    const ViewLayout layout = view.wholeLayout();
-    const auto* divider = layout.dividerOf(leaf, isSideways ? PaneAxis::horizontal : PaneAxis::vertical);
-    if (divider == nullptr || !layout.surface) return;
-    const int step = isSideways ? colsAtOnce : rowsAtOnce;
-    const auto shares = layout.movingDivider(*divider, isForward ? step : -step);
-    if (shares) view.store.resizeSplit(*layout.surface, layout.splits[divider->split].id, *shares);
+    moveDivider(view, leaf, isSideways ? PaneAxis::horizontal : PaneAxis::vertical,
+                [&](const CellRect&, const CellRect&) { return isForward; });
+}
+
+void ResizeMode::grow(ViewContext& view, const Uuid& leaf, Growth growth) {
+    for (const PaneAxis axis : {PaneAxis::horizontal, PaneAxis::vertical}) {
+        moveDivider(view, leaf, axis, [&](const CellRect& pane, const CellRect& line) {
+            const bool isBehind = axis == PaneAxis::horizontal ? line.x >= pane.right() : line.y >= pane.bottom();
+            return isBehind == (growth == Growth::larger);
+        });
+    }
 }
 
 ViewOverlay::Next ResizeMode::key(ViewContext& view, const KeyEvent& key) {
+    const bool isLarger = key.character == '+' || key.character == '=';
+    const auto leaf = view.focusedLeaf();
+    if (leaf && (isLarger || key.character == '-')) {
+        grow(view, *leaf, isLarger ? Growth::larger : Growth::smaller);
+        return Next::stays;
+    }
     return step(view, key, pullEdge);
 }
 

@@ -10,6 +10,9 @@ class ResizeMode final : public ViewOverlay {
  public:
     /// Moves the edge of a pane one step: that behind it, or where it has none the one before it.
     static void pullEdge(ViewContext& view, const Uuid& leaf, ViewLayout::Direction direction);
+    /// One step on both axes, at the cost of its neighbours or for them.
+    enum class Growth { larger, smaller };
+    static void grow(ViewContext& view, const Uuid& leaf, Growth growth);
 
     void paint(const ViewContext& /*view*/, Canvas& /*canvas*/) override {}
     Next key(ViewContext& view, const KeyEvent& key) override;
