@@ -41,15 +41,15 @@ std::vector<double> sizes(const std::vector<double>& fractions, double available
     return sizes;
 }
 
-std::vector<PaneSize> childSizes(const PaneNode::Split& split, const PaneSize& in) {
+std::vector<PaneSize> childSizes(const PaneNode::Split& split, const PaneSize& in, const PaneSize& floor) {
     const std::size_t count = split.children.size();
     if (count == 0) return {};
     const bool stacked = split.axis == PaneAxis::vertical;
     const double length = stacked ? in.height : in.width;
     const double available = std::max(length - static_cast<double>(count - 1) * dividerThickness, 0.0);
     const bool matching = split.fractions.size() == count;
-    const std::vector<double> lengths =
-        sizes(matching ? split.fractions : PaneFractions::equal(count), available, stacked ? minHeight : minWidth);
+    const std::vector<double> lengths = sizes(matching ? split.fractions : PaneFractions::equal(count), available,
+                                              stacked ? floor.height : floor.width);
     std::vector<PaneSize> result;
     result.reserve(count);
     for (const double along : lengths) {

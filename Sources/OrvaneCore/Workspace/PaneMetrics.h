@@ -18,8 +18,10 @@ inline constexpr double dividerThickness = 1;
 /// fractions sum to 1, and none is below the smaller of `floor` and an equal share rounded down to a whole point.
 std::vector<double> sizes(const std::vector<double>& fractions, double available, double floor);
 
-/// The sizes of a split's children when the split fills `in`.
-std::vector<PaneSize> childSizes(const PaneNode::Split& split, const PaneSize& in);
+/// The sizes of a split's children when the split fills `in`. `floor` is the least that a child has where there is
+/// room.
+std::vector<PaneSize> childSizes(const PaneNode::Split& split, const PaneSize& in,
+                                 const PaneSize& floor = {.width = minWidth, .height = minHeight});
 
 /// The axis along which a pane can be halved into two comfortable ones, columns before rows; none when it is too small
 /// for either.

@@ -97,17 +97,22 @@ std::string join(const std::vector<std::string>& texts) {
     return list;
 }
 
-/// Why the keys of the view do not go with the value; empty when they do.
-std::string keyConflict(const Setting& setting, const std::string& value, const L10n& l10n,
-                        const PreferencesStore& preferences) {
-    if (setting.key == KeySettings::leaderKey) {
-        if (value == automatic) return {};
-        const KeyPattern leader = *KeyText::parse(value);
+std::string taken(const L10n& l10n, const KeyBindings::Binding& other) {
+    return l10n.text("error.keyTaken", other.keys.text(), other.command->name);
+}
+
+std::string leaderConflict(const std::string& value, const L10n& l10n, const PreferencesStore& preferences) {
+    std::vector<KeyPattern> leaders = KeySettings::defaultLeaders();
+    if (value != automatic) leaders = {*KeyText::parse(value)};
+    const KeyBindings bindings = KeySettings::load(preferences);
+    for (const KeyPattern& leader : leaders) {
         if (KeyBindings::typesText(leader)) return l10n.text("error.keyTypesText", value);
-        const auto other = KeySettings::load(preferences).beginningWith(leader);
-        return other ? l10n.text("error.keyTaken", other->keys.text(), other->command->name) : std::string();
+        if (const auto other = bindings.beginningWith(leader)) return taken(l10n, *other);
     }
-    if (setting.key != KeySettings::presetKey) return {};
+    return {};
+}
+
+std::string presetConflict(const std::string& value, const L10n& l10n, const PreferencesStore& preferences) {
     const KeyBindings before = KeySettings::load(preferences);
     const KeyBindings after(*fromRawValue<KeyPreset>(value), before.changes());
     std::vector<std::string> lost;
@@ -115,9 +120,18 @@ std::string keyConflict(const Setting& setting, const std::string& value, const 
         if (!before.unusable().contains(keys)) lost.push_back(keys);
     }
     if (!lost.empty()) return l10n.text("error.presetConflict", value, join(lost));
-    const KeyPattern leader = KeySettings::leader(preferences, false);
-    const auto other = after.beginningWith(leader);
-    return other ? l10n.text("error.keyTaken", other->keys.text(), other->command->name) : std::string();
+    for (const KeyPattern& leader : KeySettings::leaders(preferences)) {
+        if (const auto other = after.beginningWith(leader)) return taken(l10n, *other);
+    }
+    return {};
+}
+
+/// Why the keys of the view do not go with the value; empty when they do.
+std::string keyConflict(const Setting& setting, const std::string& value, const L10n& l10n,
+                        const PreferencesStore& preferences) {
+    if (setting.key == KeySettings::leaderKey) return leaderConflict(value, l10n, preferences);
+    if (setting.key == KeySettings::presetKey) return presetConflict(value, l10n, preferences);
+    return {};
 }
 
 }  // namespace

@@ -29,16 +29,17 @@ bool LinkOpener::open(const std::string& address, std::function<void()> onFailur
     for (const auto& [name, value] : desktop_)
         environment[name] = value;
     auto& process = running_.emplace_back();
-    // The command may have arguments of its own; the address is never read by the shell.
-    auto started =
-        ChildProcess::start(loop_,
-                            {.arguments = {"/bin/sh", "-c", "exec " + opener + " \"$1\"", "sh", address},
-                             .environment = std::move(environment),
-                             .group = ChildProcess::Group::ownSession},
-                            {.onExit = [this, &process, onFailure = std::move(onFailure)](ExitStatus status) {
-                                if (!status.isSuccess() && onFailure) onFailure();
-                                std::erase_if(running_, [&](const auto& each) { return &each == &process; });
-                            }});
+    // The command may have arguments of its own; the address is never read by the shell. What it starts outlives it,
+    // and would die of a pipe that is closed then.
+    auto started = ChildProcess::start(
+        loop_,
+        {.arguments = {"/bin/sh", "-c", "exec " + opener + " \"$1\" >/dev/null 2>&1", "sh", address},
+         .environment = std::move(environment),
+         .group = ChildProcess::Group::ownSession},
+        {.onExit = [this, &process, onFailure = std::move(onFailure)](ExitStatus status) {
+            if (!status.isSuccess() && onFailure) onFailure();
+            std::erase_if(running_, [&](const auto& each) { return &each == &process; });
+        }});
     if (!started) {
         running_.pop_back();
         return false;

@@ -20,6 +20,14 @@ const Terminal* terminalIn(const ViewContext& view, const ViewLayout::Pane& pane
     return session == nullptr || session->terminal() == nullptr ? nullptr : &session->terminal()->terminal;
 }
 
+/// Each look gathers the rows that belong together, and a screen has ten thousand cells.
+constexpr int mostLooks = 400;
+
+/// Marked by its program, or the colon that every address in a text has behind its scheme.
+bool mayBeLink(const StoredCell& cell) {
+    return cell.payload().target() != nullptr || cell.code() == ':';
+}
+
 bool isHarmless(const std::string& address) {
     const std::string folded = Text::caseFolded(address);
     return std::ranges::any_of(harmless, [&](std::string_view scheme) { return folded.starts_with(scheme); });
@@ -39,8 +47,12 @@ std::vector<LinkMatch> shown(const ViewContext& view, const ViewLayout::Pane& pa
     std::vector<LinkMatch> links;
     if (terminal == nullptr) return links;
     const int top = terminal->getTopVisibleRow();
+    int looks = mostLooks;
     for (int row = 0; row < terminal->rows(); ++row) {
-        for (int col = 0; col < terminal->cols(); ++col) {
+        const RowView cells = terminal->buffer().row(top + row);
+        for (int col = 0; col < terminal->cols() && looks > 0; ++col) {
+            if (!mayBeLink(cells.at(col))) continue;
+            --looks;
             auto link = terminal->link({.row = top + row, .col = col}, LinkMode::explicitAndImplicit);
             if (!link) continue;
             col = std::max(col, link->range.endCol - 1);

@@ -1,10 +1,36 @@
 #include "OrvaneShell/View/ViewHints.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace orvane::ViewHints {
 
+namespace {
+
+/// The leader, and the keys that open groups of commands without it.
+std::string beginnings(const ViewContext& view) {
+    std::string all = KeyText::write(view.leader);
+    std::vector<std::string> known;
+    for (const auto& binding : view.bindings.all()) {
+        if (binding.keys.beginsWithLeader || binding.keys.keys.size() < 2) continue;
+        std::string first = KeyText::write(binding.keys.keys.front());
+        if (std::ranges::find(known, first) != known.end()) continue;
+        all += " " + first;
+        known.push_back(std::move(first));
+    }
+    return all;
+}
+
+}  // namespace
+
 std::string normal(const ViewContext& view) {
-    return view.l10n.text("view.hint.normal", KeyText::write(view.leader), view.keysOf("new-session"),
-                          view.keysOf("palette"), view.keysOf("detach"));
+    std::string hint = view.l10n.text("view.hint.commands", beginnings(view));
+    for (const char* name : {"new-session", "new-tab", "palette", "detach"}) {
+        // Keys that were taken away leave no hole.
+        const std::string keys = view.keysOf(name);
+        if (!keys.empty()) hint += "  " + keys + " " + ViewCommand::named(name)->label(view.l10n);
+    }
+    return hint;
 }
 
 std::string now(const ViewContext& view) {

@@ -19,6 +19,9 @@ constexpr int colsForWideSidebar = 110;
 /// The mark of the tabs that have no room: "+12".
 constexpr int hiddenTabsCols = 4;
 
+constexpr PaneSize smallestPane{.width = ViewLayout::smallestCols * CellPoints::width,
+                                .height = ViewLayout::smallestRows * CellPoints::height};
+
 double pointsOf(int cells, PaneAxis axis) {
     return cells * (axis == PaneAxis::horizontal ? CellPoints::width : CellPoints::height);
 }
@@ -68,7 +71,7 @@ class Placement {
         const double points = pointsOf(available, split.axis) + (count - 1) * PaneMetrics::dividerThickness;
         const PaneSize size =
             isRow ? PaneSize{points, rect.rows * CellPoints::height} : PaneSize{rect.cols * CellPoints::width, points};
-        const auto lengths = cellLengths(PaneMetrics::childSizes(split, size), split.axis, available);
+        const auto lengths = cellLengths(PaneMetrics::childSizes(split, size, smallestPane), split.axis, available);
         const std::size_t splitIndex = layout_.splits.size();
         layout_.splits.push_back({.id = split.id, .axis = split.axis, .lengths = lengths});
         int at = isRow ? rect.x : rect.y;
@@ -201,7 +204,8 @@ std::optional<std::vector<double>> ViewLayout::movingDivider(const Divider& divi
     std::vector<int> lengths = splits[divider.split].lengths;
     int& before = lengths[divider.index];
     int& behind = lengths[divider.index + 1];
-    const int moved = std::clamp(by, std::min(0, 1 - before), std::max(0, behind - 1));
+    const int least = splits[divider.split].axis == PaneAxis::horizontal ? smallestCols : smallestRows;
+    const int moved = std::clamp(by, std::min(0, least - before), std::max(0, behind - least));
     if (moved == 0) return std::nullopt;
     before += moved;
     behind -= moved;

@@ -87,6 +87,10 @@ struct ViewLayout {
     };
     static ViewLayout of(const WorkspaceModel& workspace, const Options& options);
 
+    /// The least that a pane is made by moving an edge. People look at two agents side by side in 80 columns too, so it
+    /// is less than what a pane needs to be split.
+    static constexpr int smallestCols = 8;
+    static constexpr int smallestRows = 2;
     /// The smallest terminal with a sidebar that was not asked for.
     static constexpr int colsForSidebar = 80;
 };

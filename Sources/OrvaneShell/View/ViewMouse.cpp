@@ -74,6 +74,8 @@ void ViewMouse::take(ViewContext& view, SidebarPainter& sidebar, const MouseEven
 
 void ViewMouse::press(ViewContext& view, SidebarPainter& sidebar, const MouseEvent& event) {
     grab_ = std::monostate();
+    view.drag.reset();
+    view.link.reset();
     view.selection.clear();
     if (view.overlay != nullptr && !pressOnOverlay(view, event)) return;
     if (const SidebarRow* row = sidebar.rowAt(view, event.x, event.y))

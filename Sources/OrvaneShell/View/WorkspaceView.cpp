@@ -131,7 +131,8 @@ void WorkspaceView::takeKey(const KeyEvent& key) {
     const bool isUp = key.action == KeyEvent::Action::release;
     const auto taken = isUp ? CommandKeys::Taken::no : commandKeys_.take(context_, key);
     if (taken == CommandKeys::Taken::passOn) {
-        takePaneKey(key);
+        for (const KeyEvent& passed : commandKeys_.passed())
+            takePaneKey(passed);
     } else if (taken == CommandKeys::Taken::no && context_.overlay != nullptr) {
         if (!isUp) takeOverlayKey(key);
     } else if (taken == CommandKeys::Taken::no) {

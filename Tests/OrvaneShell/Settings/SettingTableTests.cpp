@@ -69,6 +69,11 @@ TEST_F(SettingTableTest, KeysDoNotGetInEachOthersWay) {
     ASSERT_TRUE(bindings.bind(KeySequence::parse("C-p").value(), *ViewCommand::named("zoom")));
     KeySettings::save(bindings, preferences);
     EXPECT_THAT(set("view.leader", "C-p"), HasSubstr("zoom"));
+    EXPECT_EQ(set("view.leader", "C-x"), "");
+    ASSERT_TRUE(bindings.bind(KeySequence::parse("C-a").value(), *ViewCommand::named("move")));
+    KeySettings::save(bindings, preferences);
+    EXPECT_THAT(set("view.leader", "auto"), HasSubstr("move")) << "it is C-a inside tmux";
+    preferences.remove(KeySettings::leaderKey);
     EXPECT_THAT(set("view.keys.preset", "zellij"), HasSubstr("C-p"));
     EXPECT_EQ(value("view.keys.preset"), "tmux");
     preferences.remove(KeySettings::changesKey);

@@ -27,7 +27,7 @@ JsonValue rowOf(const L10n& l10n, const ViewCommand& command, const KeyBindings:
     return row;
 }
 
-Outcome serveKeys(HostContext& host, const JSONObject&) {
+Outcome serveKeys(HostContext& host, const JSONObject& arguments) {
     const KeyBindings bindings = KeySettings::load(host.preferences);
     boost::json::array rows;
     const auto all = bindings.all();
@@ -44,7 +44,7 @@ Outcome serveKeys(HostContext& host, const JSONObject&) {
     for (const auto& [keys, command] : bindings.unusable())
         unusable.push_back({{"keys", keys}, {"command", command}});
     return JsonValue{{"preset", rawValue(bindings.preset())},
-                     {"leader", KeyText::write(KeySettings::leader(host.preferences, false))},
+                     {"leader", KeyText::write(KeySettings::leader(host.preferences, arguments.boolean("insideTmux")))},
                      {"bindings", std::move(rows)},
                      {"unusable", std::move(unusable)}};
 }
@@ -77,7 +77,7 @@ void printKeys(ClientContext& client, const JSONObject& result) {
 
 int runKeys(ClientContext& client, const Arguments& arguments) {
     return client.ask(
-        "keys", {},
+        "keys", {{"insideTmux", !variable(client.environment, "TMUX").empty()}},
         [&](const JsonValue& value) {
             const JSONObject result(value);
             if (arguments.has("json")) {
@@ -118,7 +118,7 @@ std::expected<KeySequence, Refusal> keysOf(const HostContext& host, const JSONOb
         const std::string part = Text::oneLine(keys.error());
         return std::unexpected(Refusal{.code = "usage", .message = host.l10n.text("error.notAKey", part)});
     }
-    return KeySettings::withLeader(*keys, KeySettings::leader(host.preferences, false));
+    return KeySettings::withLeader(*keys, KeySettings::leaders(host.preferences));
 }
 
 Outcome serveSet(HostContext& host, const JSONObject& arguments) {
@@ -129,7 +129,7 @@ Outcome serveSet(HostContext& host, const JSONObject& arguments) {
     if (command == nullptr)
         return Refusal{.code = "usage", .message = host.l10n.text("error.noSuchCommand", Text::oneLine(name))};
     KeyBindings bindings = KeySettings::load(host.preferences);
-    const auto done = bindings.bind(*keys, *command, KeySettings::leader(host.preferences, false));
+    const auto done = bindings.bind(*keys, *command, KeySettings::leaders(host.preferences));
     if (!done) return refusal(host.l10n, *keys, done.error());
     KeySettings::save(bindings, host.preferences);
     return JsonValue();

@@ -51,9 +51,10 @@ void focusAway(ViewContext& view, int offset) {
 /// The panes that follow each other, round the ends.
 void swapWith(ViewContext& view, int offset) {
     const auto leaf = view.focusedLeaf();
-    if (!leaf || !view.layout.surface) return;
+    const auto pane = leaf ? view.store.workspace().paneOfLeaf(*leaf) : std::nullopt;
+    if (!pane) return;
     view.zoomedLeaf.reset();
-    const auto leaves = view.store.workspace().surfaceTrees.at(*view.layout.surface).leafIDs();
+    const auto leaves = view.store.workspace().surfaceTrees.at(pane->surface).leafIDs();
     const auto at = std::ranges::find(leaves, *leaf) - leaves.begin();
     const int other = PaneNavigation::neighbourIndex(static_cast<int>(at), static_cast<int>(leaves.size()), offset);
     view.store.swapPanes(*leaf, leaves[static_cast<std::size_t>(other)]);

@@ -49,7 +49,7 @@ void type(ViewContext& view, const Setting& setting) {
 
 Item item(const ViewContext& view, const Setting& setting) {
     const std::string value = SettingTable::value(setting, view.preferences);
-    Item item{.label = setting.meaning(view.l10n), .detail = std::string(setting.key) + "  " + value};
+    Item item{.label = setting.meaning(view.l10n), .detail = value};
     if (value != setting.fallback) item.detail += " (" + view.l10n.text("settings.otherwise", setting.fallback) + ")";
     if (setting.kind == Setting::Kind::flag) {
         item.staysOpen = true;

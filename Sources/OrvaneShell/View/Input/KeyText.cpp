@@ -134,9 +134,16 @@ bool isCharacterOf(const KeyPattern& pattern, const KeyEvent& event) {
     return isKnown && typedCharacter(typed) == typedCharacter(wanted);
 }
 
+/// Without enhanced keys both send the same byte; whoever binds C-h means that one.
+bool isControlH(const KeyPattern& pattern, const KeyEvent& event) {
+    const KeyPattern controlH{.character = 'h', .modifiers = {.control = true}};
+    return pattern == controlH && event.name == KeyName::backspace && event.bytes == "\b";
+}
+
 }  // namespace
 
 bool KeyPattern::matches(const KeyEvent& given) const {
+    if (isControlH(*this, given)) return true;
     const KeyEvent event = KeyTable::withoutKeypad(given);
     if (event.action == KeyEvent::Action::release || event.name != name) return false;
     KeyModifiers held = event.modifiers.withoutLocks();

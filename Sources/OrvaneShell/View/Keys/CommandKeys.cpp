@@ -13,6 +13,12 @@ namespace {
 /// Behind the leader; as long as in tmux.
 constexpr Duration repeatTime = std::chrono::milliseconds(500);
 
+/// Whether it types something, so that a person who goes on typing may mean just that.
+bool isText(const KeyEvent& key) {
+    const bool isPlain = !key.modifiers.control && !key.modifiers.alt && !key.modifiers.super;
+    return isPlain && (key.name == KeyName::character || key.name == KeyName::tab || key.name == KeyName::enter);
+}
+
 /// Shift alone, on its way to "%".
 bool isNoKeyYet(const KeyEvent& key) {
     return key.name == KeyName::functional || key.name == KeyName::other;
@@ -30,7 +36,7 @@ CommandKeys::Taken CommandKeys::take(ViewContext& view, const KeyEvent& key) {
 CommandKeys::Taken CommandKeys::begin(ViewContext& view, const KeyEvent& key) {
     const bool isRepeatable = !repeated_.isEmpty() && view.store.loop().now() < repeatableUntil_;
     const KeySequence repeated = std::exchange(repeated_, {});
-    if (isRepeatable && view.overlay == nullptr) {
+    if (isRepeatable && view.overlay == nullptr && !isText(key)) {
         const auto again = view.bindings.step(repeated, key);
         if (again.command != nullptr && again.command->repeats) return run(view, *again.command, repeated);
     }
@@ -59,12 +65,16 @@ CommandKeys::Taken CommandKeys::go(ViewContext& view, const KeySequence& typed, 
     const KeyPattern& first = typed.beginsWithLeader ? view.leader : typed.keys.front();
     const bool isAlone = typed.keys.size() == (typed.beginsWithLeader ? 0U : 1U);
     const bool hasRun = std::exchange(hasRun_, false);
-    if (isAlone && first.matches(key)) return hasRun ? Taken::yes : Taken::passOn;
+    if (isAlone && first.matches(key)) {
+        passed_ = {key};
+        return hasRun ? Taken::yes : Taken::passOn;
+    }
     const bool isEnd = key.name == KeyName::escape || key.name == KeyName::enter;
     if (isEnd) return Taken::yes;
     // Typed after the last of several, it is the first of something else.
     if (hasRun) return begin(view, key);
-    view.say(view.l10n.text("view.noCommand", view.keysOf("help")));
+    const std::string help = view.keysOf("help");
+    view.say(help.empty() ? view.l10n.text("view.noCommandThere") : view.l10n.text("view.noCommand", help));
     return Taken::yes;
 }
 
@@ -94,13 +104,17 @@ CommandKeys::Taken CommandKeys::unlock(ViewContext& view, const KeyEvent& key) {
                                 return next.typed->isStartOf(sequence);
                             });
     if (isUnlocking) {
+        held_.clear();
         lock.run(view);
-    } else if (isOnTheWay) {
-        view.typed = *next.typed;
-    } else {
-        return Taken::no;
+        return Taken::yes;
     }
-    return Taken::yes;
+    held_.push_back(key);
+    if (isOnTheWay) {
+        view.typed = *next.typed;
+        return Taken::yes;
+    }
+    passed_ = std::exchange(held_, {});
+    return Taken::passOn;
 }
 
 }  // namespace orvane

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "OrvaneShell/View/Input/InputEvent.h"
 #include "OrvaneShell/View/Keys/KeySequence.h"
 #include "OrvaneShell/View/ViewCommand.h"
@@ -15,10 +17,11 @@ class CommandKeys {
     enum class Taken {
         no,      ///< it is for what has the keyboard: an overlay, or the program in the focused pane
         yes,     ///< it was of a command, or may be on the way to one
-        passOn,  ///< typed twice, so that the program gets it once
+        passOn,  ///< the program in the focused pane gets the keys of `passed`
     };
     /// `key` goes down or repeats.
     Taken take(ViewContext& view, const KeyEvent& key);
+    const std::vector<KeyEvent>& passed() const { return passed_; }
 
  private:
     Taken go(ViewContext& view, const KeySequence& typed, const KeyEvent& key);
@@ -30,6 +33,9 @@ class CommandKeys {
     KeySequence repeated_;
     Instant repeatableUntil_;
     bool hasRun_ = false;  ///< a command behind the keys that are typed still
+    /// Typed while the keys are locked, on the way to what unlocks them.
+    std::vector<KeyEvent> held_;
+    std::vector<KeyEvent> passed_;
 };
 
 }  // namespace orvane

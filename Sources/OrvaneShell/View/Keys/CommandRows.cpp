@@ -28,8 +28,9 @@ std::size_t commonStart(const std::vector<std::string>& keys) {
 /// "C-←↓↑→", "1-9", "< >".
 std::string joined(const std::vector<std::string>& keys) {
     if (keys.size() < 2) return keys.empty() ? std::string() : shortKeys(keys.front());
-    if (std::ranges::all_of(keys, isDigit)) return keys.front() + "-" + keys.back();
     const std::size_t start = commonStart(keys);
+    const auto isNumber = [&](const std::string& each) { return isDigit(each.substr(start)); };
+    if (std::ranges::all_of(keys, isNumber)) return keys.front() + "-" + keys.back().substr(start);
     std::string text = keys.front().substr(0, start);
     std::string_view between;
     for (const std::string& each : keys) {
@@ -78,6 +79,8 @@ std::vector<CommandRow> CommandRow::of(const ViewContext& view, const KeySequenc
                                       [&](const ViewCommand& command) { return command.rowKey() != first->rowKey(); });
         std::vector<std::string> keys;
         for (const ViewCommand& command : std::span(first, end)) {
+            // Locked, it is the only one.
+            if (view.isLocked && command.name != "lock") continue;
             if (auto text = keysBehind(view, typed, command, isBare); !text.empty()) keys.push_back(std::move(text));
         }
         if (!keys.empty())

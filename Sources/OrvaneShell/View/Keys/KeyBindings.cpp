@@ -90,8 +90,8 @@ void KeyBindings::put(const KeySequence& keys, const ViewCommand& command, bool 
 }
 
 std::expected<void, KeyBindings::Conflict> KeyBindings::bind(const KeySequence& keys, const ViewCommand& command,
-                                                             const std::optional<KeyPattern>& leader) {
-    if (!keys.beginsWithLeader && leader && keys.keys.front() == *leader)
+                                                             const std::vector<KeyPattern>& leaders) {
+    if (!keys.beginsWithLeader && std::ranges::find(leaders, keys.keys.front()) != leaders.end())
         return std::unexpected(Conflict{Conflict::Kind::isLeader});
     if (auto found = conflict(keys, command)) return std::unexpected(std::move(*found));
     put(keys, command, true);
@@ -129,6 +129,10 @@ std::expected<bool, KeyBindings::Conflict> KeyBindings::reset(const KeySequence&
 
 bool KeyBindings::typesText(const KeyPattern& key) {
     const bool isFunctionKey = key.name >= KeyName::f1 && key.name <= KeyName::f35;
+    const bool isOnlyControl = key.modifiers == KeyModifiers{.control = true};
+    // Tab, Enter and Escape.
+    const bool isAnother = key.character == 'i' || key.character == 'm' || key.character == '[';
+    if (isOnlyControl && key.name == KeyName::character && isAnother) return true;
     return !isFunctionKey && !key.modifiers.control && !key.modifiers.alt && !key.modifiers.super;
 }
 

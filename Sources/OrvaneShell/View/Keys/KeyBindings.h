@@ -54,9 +54,9 @@ class KeyBindings {
     /// Null when they carry out nothing by themselves.
     const Binding* binding(const KeySequence& keys) const;
 
-    /// Without an effect when there is a conflict. `leader` is a key that begins no other sequence.
+    /// Without an effect when there is a conflict. `leaders` are keys that begin no sequence by themselves.
     std::expected<void, Conflict> bind(const KeySequence& keys, const ViewCommand& command,
-                                       const std::optional<KeyPattern>& leader = std::nullopt);
+                                       const std::vector<KeyPattern>& leaders = {});
     /// Whether the keys did something.
     bool unbind(const KeySequence& keys);
     /// Gives the keys back what the preset makes of them. Whether they were changed; fails when what they were is in
@@ -65,7 +65,8 @@ class KeyBindings {
     /// Whether a key can be the leader; else the binding that begins with it.
     std::optional<Binding> beginningWith(const KeyPattern& key) const;
 
-    /// Whether programs would miss the key: it is typed into them without Control, Alt or Super.
+    /// Whether programs would miss the key: it is typed into them without Control, Alt or Super, or comes from ordinary
+    /// terminals as one that is, as C-i does.
     static bool typesText(const KeyPattern& key);
 
     /// What a further key does: carries out a command, or is on the way to one. Neither when it means nothing.

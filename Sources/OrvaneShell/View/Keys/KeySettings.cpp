@@ -1,5 +1,7 @@
 #include "OrvaneShell/View/Keys/KeySettings.h"
 
+#include <algorithm>
+
 namespace orvane::KeySettings {
 
 namespace {
@@ -26,8 +28,17 @@ KeyPattern leader(const PreferencesStore& preferences, bool isInsideTmux) {
     return chosen ? *chosen : *KeyText::parse(isInsideTmux ? nestedLeader : defaultLeader);
 }
 
-KeySequence withLeader(KeySequence keys, const KeyPattern& leader) {
-    if (keys.beginsWithLeader || keys.keys.size() < 2 || keys.keys.front() != leader) return keys;
+std::vector<KeyPattern> defaultLeaders() {
+    return {*KeyText::parse(defaultLeader), *KeyText::parse(nestedLeader)};
+}
+
+std::vector<KeyPattern> leaders(const PreferencesStore& preferences) {
+    return {leader(preferences, false), leader(preferences, true)};
+}
+
+KeySequence withLeader(KeySequence keys, const std::vector<KeyPattern>& leaders) {
+    if (keys.beginsWithLeader || keys.keys.size() < 2 || std::ranges::find(leaders, keys.keys.front()) == leaders.end())
+        return keys;
     keys.beginsWithLeader = true;
     keys.keys.erase(keys.keys.begin());
     return keys;

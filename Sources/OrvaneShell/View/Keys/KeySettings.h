@@ -16,7 +16,12 @@ void save(const KeyBindings& bindings, PreferencesStore& preferences);
 /// Inside tmux the default one is another than tmux's own.
 KeyPattern leader(const PreferencesStore& preferences, bool isInsideTmux);
 
+/// What they are when none was chosen.
+std::vector<KeyPattern> defaultLeaders();
+/// All keys that are the leader somewhere: in a terminal and inside tmux.
+std::vector<KeyPattern> leaders(const PreferencesStore& preferences);
+
 /// Keys that begin with the leader's own name do so by being the leader: "C-b v" is "Leader v".
-KeySequence withLeader(KeySequence keys, const KeyPattern& leader);
+KeySequence withLeader(KeySequence keys, const std::vector<KeyPattern>& leaders);
 
 }  // namespace orvane::KeySettings

@@ -17,6 +17,8 @@ namespace {
 
 constexpr int answerCols = 72;
 constexpr int mostQuestionRows = 8;
+/// Nobody answers what came up just now; what was typed in between was for the question before.
+constexpr Duration readingTime = std::chrono::milliseconds(700);
 
 }  // namespace
 
@@ -119,6 +121,7 @@ void AnswerOverlay::move(const ViewContext& view, int by) {
     const auto at = std::ranges::find(sessions, session_, &SessionController::id) - sessions.begin();
     session_ = sessions[static_cast<std::size_t>((at + by + count) % count)]->id();
     refusal_.clear();
+    readUntil_ = {};
 }
 
 template <typename Act>
@@ -163,6 +166,7 @@ ViewOverlay::Next AnswerOverlay::key(ViewContext& view, const KeyEvent& key) {
         move(view, key.name == KeyName::up || key.modifiers.shift ? -1 : 1);
         return Next::stays;
     }
+    if (view.store.loop().now() < readUntil_) return Next::stays;
     refusal_.clear();
     if (isTyping_ && key.name == KeyName::enter) {
         isTyping_ = false;
@@ -171,7 +175,7 @@ ViewOverlay::Next AnswerOverlay::key(ViewContext& view, const KeyEvent& key) {
     if (isTyping_) {
         words_.key(key);
     } else if (key.name == KeyName::enter) {
-        return command(view, 'y');
+        return command(view, scope_ == Scope::one ? 'y' : 'g');
     } else if (key.name == KeyName::character && !key.modifiers.control && !key.modifiers.alt) {
         return command(view, key.character);
     }
@@ -193,6 +197,7 @@ ViewOverlay::Next AnswerOverlay::click(ViewContext& view, int x, int y) {
     for (const auto& [row, id] : headings_) {
         if (row == y) session_ = id;
     }
+    if (view.store.loop().now() < readUntil_) return Next::stays;
     const SessionController* session = view.store.session(session_);
     if (session == nullptr || !optionRows_.contains(x, y)) return Next::stays;
     const auto options = SessionQuestion::of(*session).options;
@@ -205,10 +210,12 @@ ViewOverlay::Next AnswerOverlay::refresh(ViewContext& view) {
     if (session != nullptr && SessionQuestion::isAsked(*session)) return Next::stays;
     const auto others = scope_ == Scope::all ? asking(view) : std::vector<SessionController*>();
     if (others.empty()) return Next::closes;
-    // What was typed was for the one that is answered now.
+    // What is being typed was meant for the one that is answered now.
     isTyping_ = false;
     words_ = LineEditor();
+    refusal_.clear();
     session_ = others.front()->id();
+    readUntil_ = view.store.loop().now() + readingTime;
     return Next::stays;
 }
 

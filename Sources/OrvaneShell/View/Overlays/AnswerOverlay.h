@@ -8,6 +8,7 @@
 #include "OrvaneShell/View/CanvasPen.h"
 #include "OrvaneShell/View/Overlays/LineEditor.h"
 #include "OrvaneShell/View/ViewOverlay.h"
+#include "Platform/MainLoop.h"
 
 namespace orvane {
 
@@ -47,6 +48,7 @@ class AnswerOverlay final : public ViewOverlay {
     bool isTyping_ = false;  ///< an answer in words
     LineEditor words_;
     std::string refusal_;
+    Instant readUntil_;  ///< another question has come up by itself
     CellRect optionRows_;
     /// Where the others stand, to be clicked.
     std::vector<std::pair<int, Uuid>> headings_;

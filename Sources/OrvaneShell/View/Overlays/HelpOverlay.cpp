@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
+#include <utility>
 #include <vector>
 
 #include "OrvaneCore/Support/Text.h"
@@ -16,9 +18,6 @@ namespace orvane {
 
 namespace {
 
-/// A column is never so narrow that its texts mean nothing, nor wider than they are.
-constexpr int narrowest = 24;
-constexpr int widest = 44;
 constexpr int between = 2;
 
 struct Line {
@@ -48,30 +47,6 @@ int widthOf(const std::string& text) {
     return static_cast<int>(Text::displayWidth(text));
 }
 
-/// As many columns as are needed to see all lines at once, and as few as possible.
-struct Columns {
-    int count = 1;
-    int keyCols = 0;
-    int cols = 0;
-    int rows = 0;
-
-    static Columns of(const std::vector<Line>& lines, int room, int rows) {
-        Columns columns;
-        int textCols = 0;
-        for (const Line& line : lines) {
-            columns.keyCols = std::max(columns.keyCols, widthOf(line.keys) + 1);
-            textCols = std::max(textCols, widthOf(line.text));
-        }
-        const auto count = static_cast<int>(lines.size());
-        const int wanted = std::min(columns.keyCols + textCols, widest);
-        columns.count = std::clamp((count + rows - 1) / std::max(rows, 1), 1,
-                                   std::max(1, (room + between) / (narrowest + between)));
-        columns.cols = std::min(wanted, (room + between) / columns.count - between);
-        columns.rows = (count + columns.count - 1) / columns.count;
-        return columns;
-    }
-};
-
 /// A heading at the foot of a column goes to the head of the next one.
 std::vector<Line> withoutLoneHeadings(std::vector<Line> lines, int rows) {
     for (auto at = static_cast<std::size_t>(rows) - 1; at + 1 < lines.size(); at += static_cast<std::size_t>(rows)) {
@@ -80,30 +55,74 @@ std::vector<Line> withoutLoneHeadings(std::vector<Line> lines, int rows) {
     return lines;
 }
 
+/// Lines in columns, from top to bottom and from left to right.
+struct Columns {
+    struct Column {
+        int keyCols = 0;
+        int cols = 0;
+    };
+    std::vector<Line> lines;
+    std::vector<Column> columns;
+    int rows = 1;
+    int cols = 0;
+
+    Columns(const std::vector<Line>& all, int count) {
+        rows = std::max(1, (static_cast<int>(all.size()) + count - 1) / count);
+        lines = withoutLoneHeadings(all, rows);
+        rows = std::max(rows, (static_cast<int>(lines.size()) + count - 1) / count);
+        for (std::size_t first = 0; first < lines.size(); first += static_cast<std::size_t>(rows))
+            add(std::span(lines).subspan(first, std::min(static_cast<std::size_t>(rows), lines.size() - first)));
+    }
+
+    /// As few columns as show all lines at once; where that would cut texts, as many as do not.
+    static Columns of(const std::vector<Line>& lines, int room, int rows) {
+        Columns best(lines, 1);
+        for (int count = 2; best.rows > rows; ++count) {
+            Columns more(lines, count);
+            if (more.cols > room || more.rows >= best.rows) break;
+            best = std::move(more);
+        }
+        return best;
+    }
+
+ private:
+    void add(std::span<const Line> column) {
+        int keyCols = 0;
+        int whole = 0;
+        int texts = 0;
+        for (const Line& line : column) {
+            const bool hasKeys = !Text::trimmed(line.keys).empty();
+            if (hasKeys) keyCols = std::max(keyCols, widthOf(line.keys) + 1);
+            (hasKeys ? texts : whole) = std::max(hasKeys ? texts : whole, widthOf(line.text));
+        }
+        columns.push_back({keyCols, std::max(whole, keyCols + texts)});
+        cols += columns.back().cols + (columns.size() > 1 ? between : 0);
+    }
+};
+
 }  // namespace
 
 void HelpOverlay::paint(const ViewContext& view, Canvas& canvas) {
-    auto lines = linesOf(view);
-    Columns columns = Columns::of(lines, canvas.cols() - 4, canvas.rows() - 3);
-    lines = withoutLoneHeadings(std::move(lines), columns.rows);
-    columns.rows = std::max(columns.rows, (static_cast<int>(lines.size()) + columns.count - 1) / columns.count);
-    const int cols = columns.count * (columns.cols + between) - between;
+    const Columns all = Columns::of(linesOf(view), canvas.cols() - 4, canvas.rows() - 2);
     const std::string title = view.l10n.text("view.help.title", KeyText::write(view.leader));
-    const CellRect inside = DialogBox::paint(canvas, title, cols, columns.rows);
+    const CellRect inside = DialogBox::paint(canvas, title, std::max(all.cols, widthOf(title) + 2), all.rows);
     CanvasPen pen(canvas, inside);
-    lastFirst_ = std::max(0, columns.rows - inside.rows);
+    lastFirst_ = std::max(0, all.rows - inside.rows);
     first_ = std::clamp(first_, 0, lastFirst_);
-    for (int index = 0; index < static_cast<int>(lines.size()); ++index) {
-        const Line& line = lines[static_cast<std::size_t>(index)];
-        const int y = inside.y + index % columns.rows - first_;
-        if (y < inside.y || y >= inside.bottom()) continue;
-        const int x = inside.x + index / columns.rows * (columns.cols + between);
-        if (line.keys.empty()) {
-            pen.text(x, y, line.text, ViewLook::bold, columns.cols);
-        } else {
-            pen.text(x, y, line.keys, ViewLook::key, columns.keyCols);
-            pen.text(x + columns.keyCols, y, line.text, ViewLook::plain, columns.cols - columns.keyCols);
+    int x = inside.x;
+    for (std::size_t column = 0; column < all.columns.size(); ++column) {
+        const auto [keyCols, cols] = all.columns[column];
+        for (int row = first_; row < std::min(all.rows, first_ + inside.rows); ++row) {
+            const std::size_t index = column * static_cast<std::size_t>(all.rows) + static_cast<std::size_t>(row);
+            if (index >= all.lines.size()) break;
+            const Line& line = all.lines[index];
+            const bool hasKeys = !Text::trimmed(line.keys).empty();
+            const int y = inside.y + row - first_;
+            if (hasKeys) pen.text(x, y, line.keys, ViewLook::key, keyCols);
+            pen.text(x + (hasKeys ? keyCols : 0), y, line.text, line.keys.empty() ? ViewLook::bold : ViewLook::plain,
+                     inside.right() - x);
         }
+        x += cols + between;
     }
 }
 

@@ -50,8 +50,9 @@ void ListOverlay::paint(const ViewContext& view, Canvas& canvas) {
         const int y = rows_.y + static_cast<int>(row);
         const auto look = [&](Attribute base) { return isChosen ? ViewLook::onBar(base) : base; };
         pen.fill({rows_.x, y, rows_.cols, 1}, look(ViewLook::plain));
-        const int used = pen.text(rows_.x + 1, y, item.label, look(item.look), rows_.cols - 2);
-        const int width = static_cast<int>(Text::displayWidth(item.detail));
+        const auto width = static_cast<int>(Text::displayWidth(item.detail));
+        const int labelCols = rows_.cols - 4 - std::min(width, rows_.cols / 3);
+        const int used = pen.text(rows_.x + 1, y, item.label, look(item.look), labelCols);
         const int limit = std::max(0, rows_.cols - used - 4);
         pen.text(rows_.right() - 1 - std::min(width, limit), y, item.detail, look(ViewLook::dim), limit);
     }

@@ -12,16 +12,17 @@ constexpr int colsAtOnce = 2;
 constexpr int rowsAtOnce = 1;
 
 /// Moves the divider that belongs to the pane on that axis by one step; `isForward` tells the direction by where the
-/// pane and the line are.
+/// pane and the line are. Whether there was one that could move.
 template <typename IsForward>
-void moveDivider(ViewContext& view, const Uuid& leaf, PaneAxis axis, IsForward isForward) {
+bool moveDivider(ViewContext& view, const Uuid& leaf, PaneAxis axis, IsForward isForward) {
     const ViewLayout layout = view.wholeLayout();
     const ViewLayout::Pane* pane = layout.pane(leaf);
     const ViewLayout::Divider* divider = layout.dividerOf(leaf, axis);
-    if (pane == nullptr || divider == nullptr || !layout.surface) return;
+    if (pane == nullptr || divider == nullptr || !layout.surface) return false;
     const int step = axis == PaneAxis::horizontal ? colsAtOnce : rowsAtOnce;
     const auto shares = layout.movingDivider(*divider, isForward(pane->whole(), divider->line) ? step : -step);
     if (shares) view.store.resizeSplit(*layout.surface, layout.splits[divider->split].id, *shares);
+    return shares.has_value();
 }
 
 PaneDropZone zoneOf(Direction direction) {
@@ -61,17 +62,20 @@ ViewOverlay::Next step(ViewContext& view, const KeyEvent& key, void (*act)(ViewC
 void ResizeMode::pullEdge(ViewContext& view, const Uuid& leaf, ViewLayout::Direction direction) {
     const bool isSideways = direction == Direction::left || direction == Direction::right;
     const bool isForward = direction == Direction::right || direction == Direction::down;
-    moveDivider(view, leaf, isSideways ? PaneAxis::horizontal : PaneAxis::vertical,
-                [&](const CellRect&, const CellRect&) { return isForward; });
+    const bool hasMoved = moveDivider(view, leaf, isSideways ? PaneAxis::horizontal : PaneAxis::vertical,
+                                      [&](const CellRect&, const CellRect&) { return isForward; });
+    if (!hasMoved) view.say(view.l10n.text("view.pane.edgeStays"));
 }
 
 void ResizeMode::grow(ViewContext& view, const Uuid& leaf, Growth growth) {
+    bool hasMoved = false;
     for (const PaneAxis axis : {PaneAxis::horizontal, PaneAxis::vertical}) {
-        moveDivider(view, leaf, axis, [&](const CellRect& pane, const CellRect& line) {
+        hasMoved |= moveDivider(view, leaf, axis, [&](const CellRect& pane, const CellRect& line) {
             const bool isBehind = axis == PaneAxis::horizontal ? line.x >= pane.right() : line.y >= pane.bottom();
             return isBehind == (growth == Growth::larger);
         });
     }
+    if (!hasMoved) view.say(view.l10n.text("view.pane.edgeStays"));
 }
 
 ViewOverlay::Next ResizeMode::key(ViewContext& view, const KeyEvent& key) {

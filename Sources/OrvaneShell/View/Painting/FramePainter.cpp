@@ -70,8 +70,11 @@ void paintHints(const ViewContext& view, Canvas& canvas) {
                                              [](const auto& session) { return SidebarRow::needsUser(*session); });
     std::string right;
     if (calls > 0) right = view.l10n.plural("view.calls", calls) + "  [" + view.keysOf("answer") + "]";
+    // The keys of a dialog stay in sight; a notice stands beside them.
+    const bool isBeside = view.overlay != nullptr && !view.notice().empty();
+    if (isBeside) right = Text::oneLine(view.notice());
     const int rightCols = std::min(static_cast<int>(Text::displayWidth(right)), row.cols / 2);
-    const bool isNotice = !view.notice().empty();
+    const bool isNotice = !view.notice().empty() && !isBeside;
     const std::string left = isNotice ? Text::oneLine(view.notice()) : ViewHints::now(view);
     const bool isUrgent = isNotice || !view.typed.isEmpty() || view.isLocked;
     const bool isOther = view.overlay != nullptr || view.drag;

@@ -12,6 +12,9 @@ namespace orvane {
 
 namespace {
 
+constexpr int dialogCols = 120;
+constexpr int dialogRows = 100;
+
 std::string paneTitle(const ViewContext& view) {
     if (const SessionController* session = view.focusedSession()) return Text::oneLine(session->title());
     const auto leaf = view.focusedLeaf();
@@ -45,7 +48,8 @@ std::string PlainView::frame(ViewContext& view, const Canvas& canvas, GlyphSet g
         writer_.line(Text::oneLine(line));
     if (view.notice() != notice_) writer_.line(Text::oneLine(view.notice()));
     notice_ = view.notice();
-    dialog_.resize(canvas.cols(), canvas.rows());
+    // Nobody sees it, so that it has room for all there is to read.
+    dialog_.resize(std::max(canvas.cols(), dialogCols), std::max(canvas.rows(), dialogRows));
     if (view.overlay != nullptr) view.overlay->paint(view, dialog_);
     const PlainScreen dialog = PlainScreen::of(dialog_, {0, 0, dialog_.cols(), dialog_.rows()});
     const bool hasDialog = std::ranges::any_of(dialog.rows, [](const PlainRow& row) { return !row.text.empty(); });

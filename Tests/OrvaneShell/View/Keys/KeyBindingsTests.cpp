@@ -20,7 +20,7 @@ const ViewCommand& command(std::string_view name) {
 }
 
 std::optional<Kind> conflictOf(KeyBindings& bindings, std::string_view text, std::string_view name) {
-    const auto done = bindings.bind(keys(text), command(name), KeyText::parse("C-b").value());
+    const auto done = bindings.bind(keys(text), command(name), {KeyText::parse("C-b").value()});
     return done ? std::nullopt : std::optional(done.error().kind);
 }
 
@@ -37,7 +37,7 @@ TEST(KeySequence, IsReadAndWrittenAsPeopleDo) {
     EXPECT_EQ(KeySequence::parse("C-b Foo").error(), "Foo");
     EXPECT_EQ(KeySequence::parse("a b c d e").error(), "a b c d e");
     EXPECT_EQ(keys("Leader %").shown(KeyText::parse("C-a").value()), "C-a %");
-    EXPECT_EQ(KeySettings::withLeader(keys("C-b v"), KeyText::parse("C-b").value()), keys("Leader v"));
+    EXPECT_EQ(KeySettings::withLeader(keys("C-b v"), KeySettings::defaultLeaders()), keys("Leader v"));
 }
 
 /// A preset with a mistake would quietly lose a key.
@@ -64,6 +64,7 @@ TEST(KeyBindings, ConflictsAreToldAndChangeNothing) {
     EXPECT_EQ(conflictOf(bindings, "C-q a", "zoom"), Kind::hasStart);
     EXPECT_EQ(conflictOf(bindings, "v", "zoom"), Kind::typesText);
     EXPECT_EQ(conflictOf(bindings, "S-Left", "zoom"), Kind::typesText);
+    EXPECT_EQ(conflictOf(bindings, "C-i", "zoom"), Kind::typesText) << "which is Tab";
     EXPECT_EQ(conflictOf(bindings, "C-b v", "zoom"), Kind::isLeader);
     EXPECT_EQ(bindings.all().size(), before);
     EXPECT_TRUE(bindings.changes().empty());
