@@ -78,6 +78,15 @@ std::vector<Item> launchItems(const ViewContext& view) {
     return items;
 }
 
+/// "website · 2 Workspace": many sessions are called alike.
+std::string placeOf(const ViewContext& view, const Project& project, const SessionController& session) {
+    const auto pane = view.store.workspace().paneShowing(session.id());
+    const auto tabs = view.store.workspace().visibleSurfaces(project.id);
+    const auto tab = pane ? std::ranges::find(tabs, pane->surface, &SurfaceMeta::id) : tabs.end();
+    if (tab == tabs.end()) return project.name;
+    return project.name + " · " + std::to_string(tab - tabs.begin() + 1) + " " + TabCommands::titleOf(view, *tab);
+}
+
 /// Of the sessions that are so the one that has been for the longest time, over all projects, but for the one that has
 /// the focus.
 SessionController* longest(const ViewContext& view, bool (*isSo)(const SessionController&)) {
@@ -107,7 +116,7 @@ std::vector<Item> destinations(const ViewContext& view) {
         }
         const SessionMark mark = SessionMark::of(*session);
         items.push_back({.label = "  " + std::string(mark.glyph) + " " + session->title(),
-                         .detail = project->name,
+                         .detail = placeOf(view, *project, *session),
                          .choose = [id = session->id()](ViewContext& with) { with.store.selectSession(id); }});
     }
     return items;

@@ -84,7 +84,10 @@ std::vector<CommandRow> CommandRow::of(const ViewContext& view, const KeySequenc
             if (auto text = keysBehind(view, typed, command, isBare); !text.empty()) keys.push_back(std::move(text));
         }
         if (!keys.empty())
-            rows.push_back({.group = first->group, .keys = joined(keys), .text = view.l10n.text(first->rowKey())});
+            rows.push_back({.group = first->group,
+                            .keys = joined(keys),
+                            .text = view.l10n.text(first->rowKey()),
+                            .textKey = first->rowKey()});
         first = end;
     }
     return rows;

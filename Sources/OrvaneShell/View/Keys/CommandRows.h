@@ -12,6 +12,7 @@ struct CommandRow {
     ViewCommand::Group group = ViewCommand::Group::panes;
     std::string keys;
     std::string text;
+    std::string_view textKey;
 
     /// What can be typed behind the keys that are typed already; with none of them everything that has keys, those
     /// behind the leader without it where there are no others.

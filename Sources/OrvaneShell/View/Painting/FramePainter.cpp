@@ -115,7 +115,7 @@ void paintWelcome(const ViewContext& view, Canvas& canvas) {
 }
 
 void paintCommands(const ViewContext& view, Canvas& canvas) {
-    const auto commands = CommandRow::of(view, view.typed);
+    auto commands = CommandRow::of(view, view.typed);
     const int columns = std::max(1, (canvas.cols() - 2) / commandCols);
     const int wanted = (static_cast<int>(commands.size()) + columns - 1) / columns;
     const int rows = std::min(wanted, std::max(0, view.layout.hints.y - 2));
@@ -123,8 +123,14 @@ void paintCommands(const ViewContext& view, Canvas& canvas) {
     CanvasPen pen(canvas, area);
     pen.fill(area, ViewLook::plain);
     pen.fill({area.x, area.y, area.cols, 1}, ViewLook::dim, U'─');
-    // Where they do not fit, the help has them all.
-    for (int i = 0; i < std::min(static_cast<int>(commands.size()), rows * columns); ++i) {
+    const int room = rows * columns;
+    const bool isCut = static_cast<int>(commands.size()) > room;
+    // Where they do not fit, the last place tells where they are all.
+    if (isCut && room > 0) {
+        const auto help = std::ranges::find(commands, "view.command.help", &CommandRow::textKey);
+        if (help != commands.end()) std::iter_swap(help, commands.begin() + room - 1);
+    }
+    for (int i = 0; i < std::min(static_cast<int>(commands.size()), room); ++i) {
         const CommandRow& command = commands[static_cast<std::size_t>(i)];
         const int x = 1 + i / rows * commandCols;
         const int y = area.y + 1 + i % rows;
