@@ -43,7 +43,10 @@ std::vector<FuzzyRanking::Letter> FuzzyRanking::lettersOf(std::string_view text)
     for (std::int32_t at = 0; at < size && letters.size() < longestText;) {
         UChar32 code = 0;
         U8_NEXT_OR_FFFD(text.data(), at, size, code);  // NOLINT(bugprone-inc-dec-in-conditions): the macro
-        letters.push_back({.code = static_cast<char32_t>(code), .bonus = letters.empty() ? firstOfAll : isAtStart ? beginning : 0});
+        letters.push_back({.code = static_cast<char32_t>(code),
+                           .bonus = letters.empty() ? firstOfAll
+                                    : isAtStart     ? beginning
+                                                    : 0});
         isAtStart = isSeparator(letters.back().code);
     }
     return letters;

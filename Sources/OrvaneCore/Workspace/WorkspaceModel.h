@@ -113,7 +113,7 @@ struct WorkspaceModel {
     /// Gives a workspace another shape. Returns the contents that no pane of it shows any more.
     std::vector<Uuid> applyLayout(const PaneNode& layout, const Uuid& surface);
     /// Takes a session out of the pane that shows it, which goes too, and puts it into another workspace of its
-    /// project: where `PanePlacement` finds room. It keeps the focus.
+    /// project: where `PanePlacement` finds room. It keeps the focus. A tab that it leaves empty goes as well.
     void moveToSurface(const Uuid& session, const Uuid& surface, const PaneSize& area);
     /// Two panes of one workspace show what the other one did; the focus goes with its content.
     void swapPanes(const Uuid& leaf, const Uuid& other);

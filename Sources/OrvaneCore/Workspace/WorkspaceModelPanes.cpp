@@ -154,6 +154,8 @@ void WorkspaceModel::moveToSurface(const Uuid& session, const Uuid& surfaceID, c
     auto placement = PanePlacement::placing(session, tree->second, focus, area);
     tree->second = std::move(placement.tree);
     focusPane(placement.leaf);
+    // Nobody wants the tab that it leaves empty.
+    if (surfaceTrees[from->surface].contentIDs().empty()) closeSurface(from->surface);
 }
 
 void WorkspaceModel::swapPanes(const Uuid& leaf, const Uuid& other) {

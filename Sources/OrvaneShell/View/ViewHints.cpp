@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "OrvaneCore/Support/Text.h"
+
 namespace orvane::ViewHints {
 
 namespace {
@@ -23,21 +25,23 @@ std::string beginnings(const ViewContext& view) {
 
 }  // namespace
 
-std::string normal(const ViewContext& view) {
+std::string normal(const ViewContext& view, int cols) {
     std::string hint = view.l10n.text("view.hint.commands", beginnings(view));
-    for (const char* name : {"new-session", "new-tab", "palette", "detach"}) {
+    for (const char* name : {"new-session", "palette", "detach", "new-tab"}) {
         // Keys that were taken away leave no hole.
         const std::string keys = view.keysOf(name);
-        if (!keys.empty()) hint += "  " + keys + " " + ViewCommand::named(name)->label(view.l10n);
+        const std::string part = "  " + keys + " " + ViewCommand::named(name)->label(view.l10n);
+        const bool fits = static_cast<int>(Text::displayWidth(hint + part)) <= cols;
+        if (!keys.empty() && fits) hint += part;
     }
     return hint;
 }
 
-std::string now(const ViewContext& view) {
+std::string now(const ViewContext& view, int cols) {
     if (!view.typed.isEmpty()) return view.l10n.text("view.hint.leader", view.typed.shown(view.leader));
     if (view.overlay != nullptr) return view.overlay->hint(view);
     if (view.drag) return view.l10n.text("view.hint.drag");
-    if (!view.isLocked) return normal(view);
+    if (!view.isLocked) return normal(view, cols);
     const std::string keys = view.keysOf("lock");
     return view.l10n.text("view.hint.locked", keys.empty() ? KeyText::write(view.leader) : keys);
 }

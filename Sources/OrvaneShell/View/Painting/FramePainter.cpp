@@ -75,11 +75,12 @@ void paintHints(const ViewContext& view, Canvas& canvas) {
     if (isBeside) right = Text::oneLine(view.notice());
     const int rightCols = std::min(static_cast<int>(Text::displayWidth(right)), row.cols / 2);
     const bool isNotice = !view.notice().empty() && !isBeside;
-    const std::string left = isNotice ? Text::oneLine(view.notice()) : ViewHints::now(view);
+    const int leftCols = std::max(0, row.cols - rightCols - 3);
+    const std::string left = isNotice ? Text::oneLine(view.notice()) : ViewHints::now(view, leftCols);
     const bool isUrgent = isNotice || !view.typed.isEmpty() || view.isLocked;
     const bool isOther = view.overlay != nullptr || view.drag;
     const Attribute look = isUrgent ? ViewLook::bold : isOther ? ViewLook::plain : ViewLook::dim;
-    pen.text(row.x + 1, row.y, left, look, std::max(0, row.cols - rightCols - 3));
+    pen.text(row.x + 1, row.y, left, look, leftCols);
     pen.text(row.right() - rightCols - 1, row.y, right, ViewLook::colored(ViewLook::yellow, ViewLook::Style::bold),
              rightCols);
 }

@@ -71,7 +71,7 @@ void PlainView::tellPlace(const ViewContext& view) {
     const std::string line = placeLine(view);
     if (place_ == place && placeLine_ == line) return;
     if (!place_) {
-        writer_.line(ViewHints::normal(view));
+        writer_.line(ViewHints::normal(view, dialogCols));
     }
     isNewPlace_ = isNewPlace_ || place_ != place;
     place_ = place;
@@ -103,7 +103,7 @@ void PlainView::tellPane(const ViewContext& view, const Canvas& canvas) {
 /// The keys that work now, when they are others than a moment ago.
 void PlainView::tellHint(const ViewContext& view) {
     std::string hint;
-    if (!view.typed.isEmpty() || view.isLocked || view.overlay != nullptr) hint = ViewHints::now(view);
+    if (!view.typed.isEmpty() || view.isLocked || view.overlay != nullptr) hint = ViewHints::now(view, dialogCols);
     if (std::exchange(hint_, hint) != hint) writer_.line(hint);
 }
 
