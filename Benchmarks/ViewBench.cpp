@@ -70,6 +70,7 @@ struct Cost {
 template <typename Work>
 Cost cost(int runs, Work work) {
     std::vector<double> times;
+    times.reserve(static_cast<std::size_t>(runs));
     std::size_t bytes = 0;
     for (int run = 0; run < runs; ++run)
         times.push_back(timeOf<std::chrono::microseconds>([&] { bytes = work().size(); }));
@@ -79,6 +80,7 @@ Cost cost(int runs, Work work) {
 double copyTime(const Canvas& canvas, int runs) {
     std::vector<StoredCell> copied(static_cast<std::size_t>(cols) * rows);
     std::vector<double> times;
+    times.reserve(static_cast<std::size_t>(runs));
     for (int run = 0; run < runs; ++run) {
         times.push_back(timeOf<std::chrono::microseconds>(
             [&] { std::memcpy(copied.data(), canvas.row(0).data(), copied.size() * sizeof(StoredCell)); }));

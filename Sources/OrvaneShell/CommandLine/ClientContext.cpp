@@ -137,6 +137,23 @@ std::expected<LineClient*, int> ClientContext::connect(HostStart start) {
     return connection_.get();
 }
 
+std::expected<boost::json::object, int> ClientContext::requestOf(const Arguments& arguments) const {
+    boost::json::object request;
+    std::vector<std::string> texts;
+    for (const auto& [name, value] : arguments.values) {
+        request[name] = value;
+        texts.push_back(value);
+    }
+    for (const auto& [name, values] : arguments.lists) {
+        request[name] = JsonArray(values.begin(), values.end());
+        texts.insert(texts.end(), values.begin(), values.end());
+    }
+    const auto malformed = std::ranges::find_if_not(texts, Text::isValidUtf8);
+    if (malformed == texts.end()) return request;
+    errors << l10n.text("usage.notUtf8", Text::oneLine(*malformed)) << '\n';
+    return std::unexpected(CommandStatus::wrongUsage);
+}
+
 std::string ClientContext::requestLine(std::string_view verb, const boost::json::object& arguments) const {
     return Json::write({{"verb", verb}, {"arguments", arguments}, {"language", rawValue(l10n.language)}});
 }

@@ -56,6 +56,10 @@ class ClientContext {
                      const std::function<void(const JSONObject&)>& printLine,
                      const std::function<void(const JsonValue&)>& print, HostStart start = HostStart::never);
 
+    /// What was typed, as the arguments of a request, by the names of the parameters. The exit status once it was told
+    /// that something is no text: JSON is, so bytes that are none would arrive as others.
+    std::expected<boost::json::object, int> requestOf(const Arguments& arguments) const;
+
     /// For an exchange that a verb leads itself: the connection, made if there is none, or the exit status once the
     /// reason was told; the line of a request; and the exit status of a refusal, which it tells.
     std::expected<LineClient*, int> connect(HostStart start);

@@ -14,7 +14,7 @@ constexpr const char* desktopOpener = "xdg-open";
 
 /// Empty when there is none.
 std::string LinkOpener::command() const {
-    const std::string chosen = preferences_.string(preference, {});
+    std::string chosen = preferences_.string(preference, {});
     if (!chosen.empty() && chosen != "auto") return chosen;
     const bool hasDesktop = !variable(desktop_, "DISPLAY").empty() || !variable(desktop_, "WAYLAND_DISPLAY").empty();
     const std::string path = variable(currentEnvironment(), "PATH");

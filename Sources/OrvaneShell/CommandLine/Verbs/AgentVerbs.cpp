@@ -72,24 +72,6 @@ Outcome serveAgents(HostContext& host, const JSONObject&) {
     return JsonValue{{"agents", std::move(agents)}, {"presets", std::move(presets)}};
 }
 
-/// What was typed, as a request. JSON is text, so bytes that are none would arrive as others.
-std::expected<boost::json::object, int> requestOf(ClientContext& client, const Arguments& arguments) {
-    boost::json::object request;
-    std::vector<std::string> texts;
-    for (const auto& [name, value] : arguments.values) {
-        request[name] = value;
-        texts.push_back(value);
-    }
-    for (const auto& [name, values] : arguments.lists) {
-        request[name] = JsonArray(values.begin(), values.end());
-        texts.insert(texts.end(), values.begin(), values.end());
-    }
-    const auto malformed = std::ranges::find_if_not(texts, Text::isValidUtf8);
-    if (malformed == texts.end()) return request;
-    client.errors << client.l10n.text("usage.notUtf8", Text::oneLine(*malformed)) << '\n';
-    return std::unexpected(CommandStatus::wrongUsage);
-}
-
 std::string presetNames() {
     std::string names;
     for (const AgentSpec& preset : AgentSpecCatalog::presets())
@@ -147,7 +129,7 @@ bool apply(const JSONObject& arguments, AgentSpec& spec) {
 }
 
 int runAdd(ClientContext& client, const Arguments& arguments) {
-    auto request = requestOf(client, arguments);
+    auto request = client.requestOf(arguments);
     if (!request) return request.error();
     return client.ask("agents add", *std::move(request),
                       [&](const JsonValue& result) { client.output << JSONObject(result).string("id") << '\n'; });
@@ -167,7 +149,7 @@ Outcome serveAdd(HostContext& host, const JSONObject& arguments) {
 }
 
 int runEdit(ClientContext& client, const Arguments& arguments) {
-    auto request = requestOf(client, arguments);
+    auto request = client.requestOf(arguments);
     if (!request) return request.error();
     return client.ask("agents edit", *std::move(request), [](const JsonValue&) {});
 }

@@ -160,15 +160,9 @@ Outcome serveReset(HostContext& host, const JSONObject& arguments) {
 }
 
 int ask(ClientContext& client, std::string_view verb, const Arguments& arguments) {
-    boost::json::object request;
-    for (const auto& [name, value] : arguments.values) {
-        if (!Text::isValidUtf8(value)) {
-            client.errors << client.l10n.text("usage.notUtf8", Text::oneLine(value)) << '\n';
-            return CommandStatus::wrongUsage;
-        }
-        request[name] = value;
-    }
-    return client.ask(verb, std::move(request), [](const JsonValue&) {}, HostStart::ifNeeded);
+    auto request = client.requestOf(arguments);
+    if (!request) return request.error();
+    return client.ask(verb, *std::move(request), [](const JsonValue&) {}, HostStart::ifNeeded);
 }
 
 }  // namespace

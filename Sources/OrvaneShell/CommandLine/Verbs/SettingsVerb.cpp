@@ -67,24 +67,18 @@ void print(const ClientContext& client, const JsonArray& rows, bool isOne) {
 }
 
 int run(ClientContext& client, const Arguments& arguments) {
-    boost::json::object request;
-    for (const auto& [name, value] : arguments.values) {
-        if (!Text::isValidUtf8(value)) {
-            client.errors << client.l10n.text("usage.notUtf8", Text::oneLine(value)) << '\n';
-            return CommandStatus::wrongUsage;
-        }
-        request[name] = value;
-    }
+    auto request = client.requestOf(arguments);
+    if (!request) return request.error();
     const bool isReset = arguments.has("reset");
-    if (isReset && (!request.contains("key") || request.contains("value"))) {
+    if (isReset && (!request->contains("key") || request->contains("value"))) {
         client.errors << client.l10n.text("usage.resetNeedsKey") << '\n';
         return CommandStatus::wrongUsage;
     }
-    if (isReset) request["reset"] = true;
-    const bool isOne = request.contains("key");
-    const bool isChange = isReset || request.contains("value");
+    if (isReset) (*request)["reset"] = true;
+    const bool isOne = request->contains("key");
+    const bool isChange = isReset || request->contains("value");
     return client.ask(
-        "settings", std::move(request),
+        "settings", *std::move(request),
         [&](const JsonValue& result) {
             if (arguments.has("json")) return client.printJson(result);
             if (!isChange && result.is_array()) print(client, result.as_array(), isOne);
