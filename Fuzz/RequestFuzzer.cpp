@@ -86,7 +86,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                                                                   .fileQueue = queue,
                                                                   .home = "/nonexistent",
                                                                   .indexPath = "/nonexistent/history.json"});
-    RequestRouter router({.store = *store, .agents = agents, .tools = *tools, .history = *history}, L10n(), [] {});
+    RequestRouter router(
+        {.store = *store, .agents = agents, .tools = *tools, .history = *history, .preferences = preferences}, L10n(),
+        [] {});
     std::string_view input = fuzzing::asText(data, size);
     while (!input.empty()) {
         const std::size_t end = std::min(input.find('\n'), input.size());
