@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "OrvaneCore/Support/Text.h"
@@ -16,7 +17,7 @@ namespace orvane {
 
 namespace {
 
-/// A column is never so narrow that its texts mean nothing, nor wider than they are.
+/// On the average a column is not so narrow that its texts mean nothing.
 constexpr int narrowest = 24;
 constexpr int widest = 44;
 constexpr int between = 2;
@@ -48,29 +49,52 @@ int widthOf(const std::string& text) {
     return static_cast<int>(Text::displayWidth(text));
 }
 
-/// As many columns as are needed to see all lines at once, and as few as possible.
-struct Columns {
-    int count = 1;
+struct Column {
     int keyCols = 0;
     int cols = 0;
-    int rows = 0;
 
-    static Columns of(const std::vector<Line>& lines, int room, int rows) {
-        Columns columns;
-        int textCols = 0;
+    /// As wide as its lines.
+    static Column of(std::span<const Line> lines) {
+        Column column;
         for (const Line& line : lines) {
-            columns.keyCols = std::max(columns.keyCols, widthOf(line.keys) + 1);
-            textCols = std::max(textCols, widthOf(line.text));
+            if (!line.keys.empty()) column.keyCols = std::max(column.keyCols, widthOf(line.keys) + 1);
         }
-        const auto count = static_cast<int>(lines.size());
-        const int wanted = std::min(columns.keyCols + textCols, widest);
-        columns.count = std::clamp((count + rows - 1) / std::max(rows, 1), 1,
-                                   std::max(1, (room + between) / (narrowest + between)));
-        columns.cols = std::min(wanted, (room + between) / columns.count - between);
-        columns.rows = (count + columns.count - 1) / columns.count;
-        return columns;
+        for (const Line& line : lines)
+            column.cols = std::max(column.cols, (line.keys.empty() ? 0 : column.keyCols) + widthOf(line.text));
+        column.cols = std::min(column.cols, widest);
+        return column;
     }
 };
+
+int colsOf(const std::vector<Column>& columns) {
+    int sum = -between;
+    for (const Column& column : columns)
+        sum += column.cols + between;
+    return sum;
+}
+
+/// Of lines that stand below each other so many at a time. Where there is no room for all of their texts, those of the
+/// widest column are cut first.
+std::vector<Column> columnsOf(std::span<const Line> lines, int rows, int room) {
+    std::vector<Column> columns;
+    for (const auto height = static_cast<std::size_t>(rows); !lines.empty();) {
+        const std::size_t count = std::min(height, lines.size());
+        columns.push_back(Column::of(lines.first(count)));
+        lines = lines.subspan(count);
+    }
+    while (colsOf(columns) > room) {
+        Column& largest = *std::ranges::max_element(columns, {}, &Column::cols);
+        if (largest.cols <= 1) break;
+        --largest.cols;
+    }
+    return columns;
+}
+
+/// As few columns as show all lines at once, if so many have room.
+int columnCount(int lines, int room, int rows) {
+    const int wanted = (lines + rows - 1) / std::max(rows, 1);
+    return std::clamp(wanted, 1, std::max(1, (room + between) / (narrowest + between)));
+}
 
 /// A heading at the foot of a column goes to the head of the next one.
 std::vector<Line> withoutLoneHeadings(std::vector<Line> lines, int rows) {
@@ -80,30 +104,45 @@ std::vector<Line> withoutLoneHeadings(std::vector<Line> lines, int rows) {
     return lines;
 }
 
+/// Those of the lines that are in sight.
+void paintColumn(CanvasPen& pen, const CellRect& sight, const CellRect& area, std::span<const Line> lines,
+                 int keyCols) {
+    int y = area.y;
+    for (const Line& line : lines) {
+        const int at = y++;
+        if (at < sight.y || at >= sight.bottom()) continue;
+        if (line.keys.empty()) {
+            pen.text(area.x, at, line.text, ViewLook::bold, area.cols);
+        } else {
+            pen.text(area.x, at, line.keys, ViewLook::key, keyCols);
+            pen.text(area.x + keyCols, at, line.text, ViewLook::plain, area.cols - keyCols);
+        }
+    }
+}
+
 }  // namespace
 
 void HelpOverlay::paint(const ViewContext& view, Canvas& canvas) {
     auto lines = linesOf(view);
-    Columns columns = Columns::of(lines, canvas.cols() - 4, canvas.rows() - 3);
-    lines = withoutLoneHeadings(std::move(lines), columns.rows);
-    columns.rows = std::max(columns.rows, (static_cast<int>(lines.size()) + columns.count - 1) / columns.count);
-    const int cols = columns.count * (columns.cols + between) - between;
+    const int room = canvas.cols() - 4;
+    const int count = columnCount(static_cast<int>(lines.size()), room, std::max(1, canvas.rows() - 3));
+    const auto rowsOf = [&] { return (static_cast<int>(lines.size()) + count - 1) / count; };
+    lines = withoutLoneHeadings(std::move(lines), rowsOf());
+    const int rows = rowsOf();
+    const auto columns = columnsOf(lines, rows, room);
     const std::string title = view.l10n.text("view.help.title", KeyText::write(view.leader));
-    const CellRect inside = DialogBox::paint(canvas, title, cols, columns.rows);
+    const CellRect inside = DialogBox::paint(canvas, title, colsOf(columns), rows);
     CanvasPen pen(canvas, inside);
-    lastFirst_ = std::max(0, columns.rows - inside.rows);
+    lastFirst_ = std::max(0, rows - inside.rows);
     first_ = std::clamp(first_, 0, lastFirst_);
-    for (int index = 0; index < static_cast<int>(lines.size()); ++index) {
-        const Line& line = lines[static_cast<std::size_t>(index)];
-        const int y = inside.y + index % columns.rows - first_;
-        if (y < inside.y || y >= inside.bottom()) continue;
-        const int x = inside.x + index / columns.rows * (columns.cols + between);
-        if (line.keys.empty()) {
-            pen.text(x, y, line.text, ViewLook::bold, columns.cols);
-        } else {
-            pen.text(x, y, line.keys, ViewLook::key, columns.keyCols);
-            pen.text(x + columns.keyCols, y, line.text, ViewLook::plain, columns.cols - columns.keyCols);
-        }
+    CellRect area{inside.x, inside.y - first_, 0, rows};
+    std::span<const Line> rest = lines;
+    for (const Column& column : columns) {
+        area.cols = column.cols;
+        const std::size_t length = std::min(static_cast<std::size_t>(rows), rest.size());
+        paintColumn(pen, inside, area, rest.first(length), column.keyCols);
+        rest = rest.subspan(length);
+        area.x += column.cols + between;
     }
 }
 
