@@ -18,19 +18,31 @@ constexpr int wideSidebar = 30;
 constexpr int colsForWideSidebar = 110;
 /// The mark of the tabs that have no room: "+12".
 constexpr int hiddenTabsCols = 4;
+constexpr int leastPaneCols = 20;
+constexpr int leastPaneRows = 4;
 
 double pointsOf(int cells, PaneAxis axis) {
     return cells * (axis == PaneAxis::horizontal ? CellPoints::width : CellPoints::height);
 }
 
+/// Points by the shares of a split. What is comfortable in a window would leave a terminal of 80 columns no edge to
+/// move, so that here a pane may be smaller.
+std::vector<double> pointLengths(const PaneNode::Split& split, int available) {
+    const std::size_t count = split.children.size();
+    const bool isMatching = split.fractions.size() == count;
+    const double least = pointsOf(split.axis == PaneAxis::horizontal ? leastPaneCols : leastPaneRows, split.axis);
+    return PaneMetrics::sizes(isMatching ? split.fractions : PaneFractions::equal(count),
+                              pointsOf(available, split.axis), least);
+}
+
 /// Lengths in points as cells: each edge is rounded once, so that the cells sum to what there is.
-std::vector<int> cellLengths(const std::vector<PaneSize>& sizes, PaneAxis axis, int available) {
+std::vector<int> cellLengths(const std::vector<double>& points, PaneAxis axis, int available) {
     std::vector<int> lengths;
-    lengths.reserve(sizes.size());
+    lengths.reserve(points.size());
     double edge = 0;
     int used = 0;
-    for (const PaneSize& size : sizes) {
-        edge += axis == PaneAxis::horizontal ? size.width : size.height;
+    for (const double length : points) {
+        edge += length;
         const auto end = std::clamp(static_cast<int>(std::lround(edge / pointsOf(1, axis))), used, available);
         lengths.push_back(end - used);
         used = end;
@@ -65,10 +77,7 @@ class Placement {
         const bool isRow = split.axis == PaneAxis::horizontal;
         // Between columns a line is drawn; rows are parted by their titles, of which the first is not between two.
         const int available = std::max(0, isRow ? rect.cols - (count - 1) : rect.rows - count);
-        const double points = pointsOf(available, split.axis) + (count - 1) * PaneMetrics::dividerThickness;
-        const PaneSize size =
-            isRow ? PaneSize{points, rect.rows * CellPoints::height} : PaneSize{rect.cols * CellPoints::width, points};
-        const auto lengths = cellLengths(PaneMetrics::childSizes(split, size), split.axis, available);
+        const auto lengths = cellLengths(pointLengths(split, available), split.axis, available);
         const std::size_t splitIndex = layout_.splits.size();
         layout_.splits.push_back({.id = split.id, .axis = split.axis, .lengths = lengths});
         int at = isRow ? rect.x : rect.y;
