@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "EndToEnd/ViewInTerminal.h"
+#include "EndToEnd/ViewInSizes.h"
 
 namespace orvane {
 namespace {
@@ -32,9 +32,6 @@ class CopyMode : public ViewInSizes {
     void leave() {
         window->type("q");
         ASSERT_TRUE(untilBottom("C-b commands"));
-    }
-    ::testing::AssertionResult untilBottom(const std::string& text) {
-        return ViewInTerminal::untilBottom(*window, text);
     }
     /// Types keys that copy, and waits for it.
     ::testing::AssertionResult copies(const std::string& keys, const std::string& text) {

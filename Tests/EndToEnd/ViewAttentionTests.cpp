@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "EndToEnd/ViewInTerminal.h"
+#include "EndToEnd/ViewInSizes.h"
 
 namespace orvane {
 namespace {
@@ -50,7 +50,7 @@ TEST_P(ViewAttention, OneKeyGoesToWhoHasWaitedLongestInAnyProjectAndThenToWhoHas
     const std::string quiet = agent("quiet");
     send(early, "fake:bash", "waiting");
     send(late, "fake:bash", "waiting");
-    ASSERT_TRUE(untilBottom(*window, "2 sessions need you"));
+    ASSERT_TRUE(untilBottom("2 sessions need you"));
     window->command("u");
     ASSERT_TRUE(untilLookedAt("early"));
     window->command("u");
@@ -79,7 +79,7 @@ TEST_P(ViewAttention, AllWhoWaitAreInOneListAndAnsweredThereOneAfterTheOther) {
     const std::string alpha = agent("alpha");
     const std::string beta = agent("beta");
     window->command("A");
-    EXPECT_TRUE(untilBottom(*window, "Nobody needs you at the moment"));
+    EXPECT_TRUE(untilBottom("Nobody needs you at the moment"));
     send(alpha, "fake:bash", "waiting");
     send(beta, "fake:edit", "waiting");
     window->command("A");
@@ -99,7 +99,7 @@ TEST_P(ViewAttention, AllWhoWaitAreInOneListAndAnsweredThereOneAfterTheOther) {
     EXPECT_TRUE(untilShows(*window, "1 session needs you"));
     EXPECT_EQ(orvane({"answer", alpha, "1"})->status(), 0);
     EXPECT_TRUE(untilGone(*window, "▸ alpha")) << "nothing waits any more";
-    EXPECT_TRUE(untilBottom(*window, "C-b commands"));
+    EXPECT_TRUE(untilBottom("C-b commands"));
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <set>
 
-#include "EndToEnd/ViewInTerminal.h"
+#include "EndToEnd/ViewInSizes.h"
 #include "OrvaneCore/Support/JSONObject.h"
 #include "OrvaneCore/Support/Json.h"
 
@@ -68,7 +68,7 @@ INSTANTIATE_TEST_SUITE_P(, ViewWelcome, smallestAndLarge(), nameOfSize);
 TEST_P(ViewHelp, AllKeysAreOnOneScreenInEveryLanguage) {
     openShell();
     window->command("?");
-    ASSERT_TRUE(untilBottom(*window, "any key leaves")) << "nothing is out of sight";
+    ASSERT_TRUE(untilBottom("any key leaves")) << "nothing is out of sight";
     for (const char* heading : {"Panes", "Sessions", "Tabs", "Projects", "View", "Mouse"})
         EXPECT_TRUE(window->shows(heading)) << heading;
     for (const char* ofMany : {"←↓↑→ ", "C-←↓↑→ ", "1-9 ", "< > "})

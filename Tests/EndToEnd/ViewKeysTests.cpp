@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "EndToEnd/ViewInTerminal.h"
+#include "EndToEnd/ViewInSizes.h"
 #include "Support/Table.h"
 
 namespace orvane {
@@ -52,7 +52,7 @@ TEST_P(ViewKeys, OwnKeysAreInForceAtOnceOutliveTheHostAndGoWithAReset) {
     window->command("gn");
     EXPECT_TRUE(untilFocused("one"));
     window->command("|");
-    EXPECT_TRUE(untilBottom(*window, "That key has no command; C-b ? shows all"));
+    EXPECT_TRUE(untilBottom("That key has no command; C-b ? shows all"));
 
     const std::string before = orvane({"keys"})->output;
     EXPECT_THAT(before, HasSubstr("M-v (yours)"));
@@ -82,7 +82,7 @@ TEST_P(ViewKeys, OwnKeysAreInForceAtOnceOutliveTheHostAndGoWithAReset) {
     EXPECT_TRUE(programGets("\x1bv", "^[v"));
     EXPECT_EQ(panes(), 3);
     window->command("|");
-    EXPECT_TRUE(untilBottom(*window, "That key has no command")) << "only the one was reset";
+    EXPECT_TRUE(untilBottom("That key has no command")) << "only the one was reset";
     change("keys reset");
     window->command("|");
     EXPECT_TRUE(untilPanes(4));
@@ -95,7 +95,7 @@ TEST_P(ViewKeys, ThePresetOfAnotherProgramHasKeysWithoutALeaderAndModesThatStay)
     window->type("\x10r");
     ASSERT_TRUE(untilPanes(2));
     window->type("\x10");
-    ASSERT_TRUE(untilBottom(*window, "C-p was typed"));
+    ASSERT_TRUE(untilBottom("C-p was typed"));
     window->type("r");
     ASSERT_TRUE(untilPanes(3));
     window->type("\x10\x1b[D\x1b[D");
@@ -103,7 +103,7 @@ TEST_P(ViewKeys, ThePresetOfAnotherProgramHasKeysWithoutALeaderAndModesThatStay)
     window->type("\r");  // leaves the mode
     EXPECT_TRUE(programGets("\x10\x10", "^P"));
     window->type("\x07");
-    ASSERT_TRUE(untilBottom(*window, "Keys are locked"));
+    ASSERT_TRUE(untilBottom("Keys are locked"));
     EXPECT_TRUE(programGets("\x1bn\x10n", "^[n^Pn"));
     EXPECT_EQ(panes(), 3);
     window->type("\x07");
@@ -143,12 +143,12 @@ TEST_P(ViewKeys, SettingsAreShownChangedAndResetWithAClearWordForEachThatCannotB
                             "view.linkOpener", "shell.rail.hidden", "restore.enabled"})
         EXPECT_THAT(all, HasSubstr(key));
     change("settings language DE");
-    ASSERT_TRUE(untilBottom(*window, "C-b Befehle"));
+    ASSERT_TRUE(untilBottom("C-b Befehle"));
     EXPECT_THAT(orvane({"settings", "language"})->output, HasSubstr("de\n"));
     change("settings language auto");
-    ASSERT_TRUE(untilBottom(*window, "C-b commands"));
+    ASSERT_TRUE(untilBottom("C-b commands"));
     change("settings view.leader C-a");
-    ASSERT_TRUE(untilBottom(*window, "C-a commands"));
+    ASSERT_TRUE(untilBottom("C-a commands"));
     window->type("\x01%");
     ASSERT_TRUE(untilPanes(2));
     const std::string before = orvane({"settings", "--json"})->output;
@@ -164,7 +164,7 @@ TEST_P(ViewKeys, SettingsAreShownChangedAndResetWithAClearWordForEachThatCannotB
     )");
     EXPECT_EQ(orvane({"settings", "--json"})->output, before) << "a refusal has changed something";
     change("settings view.leader --reset");
-    EXPECT_TRUE(untilBottom(*window, "C-b commands"));
+    EXPECT_TRUE(untilBottom("C-b commands"));
 }
 
 TEST_P(ViewKeys, TheListOfSettingsTogglesChoosesTypesAndRefuses) {
@@ -191,7 +191,7 @@ TEST_P(ViewKeys, TheListOfSettingsTogglesChoosesTypesAndRefuses) {
         "C-a\r");
     EXPECT_TRUE(untilShows(*window, "C-a (default auto)"));
     window->type("\x1b");
-    ASSERT_TRUE(untilBottom(*window, "C-a commands"));
+    ASSERT_TRUE(untilBottom("C-a commands"));
     window->type("\x01?");
     EXPECT_TRUE(untilShows(*window, "the leader is C-a"));
 }

@@ -5,7 +5,7 @@
 #include <array>
 #include <filesystem>
 
-#include "EndToEnd/ViewInTerminal.h"
+#include "EndToEnd/ViewInSizes.h"
 
 namespace orvane {
 namespace {
@@ -20,9 +20,6 @@ class ViewByMouse : public ViewInSizes {
     void run(const std::string& line, const std::string& printed) {
         window->type(line + "\r");
         ASSERT_TRUE(untilShows(*window, printed));
-    }
-    ::testing::AssertionResult untilBottom(const std::string& text) {
-        return ViewInTerminal::untilBottom(*window, text);
     }
     ::testing::AssertionResult copies(const std::string& text) {
         return until(*window, [&] { return window->clipboard() == text; })

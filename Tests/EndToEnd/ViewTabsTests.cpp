@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "EndToEnd/ViewInTerminal.h"
+#include "EndToEnd/ViewInSizes.h"
 
 namespace orvane {
 namespace {
@@ -16,7 +16,7 @@ TEST_P(ViewTabs, APaneGoesToATabOfItsOwnAndToAnother) {
     nameTab("first");
     name("one");
     window->command("!");
-    ASSERT_TRUE(untilBottom(*window, "This pane has its tab for itself already"));
+    ASSERT_TRUE(untilBottom("This pane has its tab for itself already"));
     window->command("%");
     ASSERT_TRUE(untilPanes(2));
     name("two");
@@ -45,7 +45,7 @@ TEST_P(ViewTabs, TabsAreOrderedAndThoseWithoutRoomAreInAMenu) {
         window->command(">");
         ASSERT_TRUE(untilShows(*window, "4 f6"));
         window->command("'");
-        EXPECT_TRUE(untilBottom(*window, "No tab is hidden"));
+        EXPECT_TRUE(untilBottom("No tab is hidden"));
         return;
     }
     ASSERT_TRUE(untilShows(*window, "+2"));
