@@ -4,10 +4,8 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
-#include "EndToEnd/ViewInTerminal.h"
+#include "EndToEnd/ViewInSizes.h"
 
 namespace orvane {
 namespace {
@@ -16,17 +14,11 @@ using ::testing::HasSubstr;
 using ::testing::StartsWith;
 using Style = Attribute::CharacterStyle;
 
-struct Size {
-    int cols;
-    int rows;
-};
-
-class CopyMode : public ViewInTerminal, public ::testing::WithParamInterface<Size> {
+class CopyMode : public ViewInSizes {
  protected:
     /// A window whose shell has run a line; what it prints must have this in it.
     void openWith(const std::string& line, const std::string& printed) {
-        window = open({}, GetParam().cols, GetParam().rows);
-        ASSERT_TRUE(untilShows(*window, "ready> "));
+        openShell();
         run(line, printed);
     }
     void run(const std::string& line, const std::string& printed) {
@@ -40,9 +32,6 @@ class CopyMode : public ViewInTerminal, public ::testing::WithParamInterface<Siz
     void leave() {
         window->type("q");
         ASSERT_TRUE(untilBottom("C-b commands"));
-    }
-    ::testing::AssertionResult untilBottom(const std::string& text) {
-        return until(*window, [&] { return bottom().contains(text); }) << "wanted below: " << text;
     }
     /// Types keys that copy, and waits for it.
     ::testing::AssertionResult copies(const std::string& keys, const std::string& text) {
@@ -58,27 +47,12 @@ class CopyMode : public ViewInTerminal, public ::testing::WithParamInterface<Siz
     ::testing::AssertionResult untilAtCursor(const std::string& text) {
         return until(*window, [&] { return atCursor().starts_with(text); }) << "wanted: " << text;
     }
-    /// The first column of the pane, behind the rail.
-    int left() const {
-        for (int col = 0; col < GetParam().cols; ++col)
-            if (window->terminal().getCharacter(col, 5) == "│") return col + 1;
-        return 0;
-    }
     std::string paneRow(int y) const {
         return window->terminal().getLine(y).translateToString(window->terminal().clusters(), {.startCol = left()});
     }
-    std::string bottom() const { return window->row(GetParam().rows - 1); }
-    static std::string read(const std::string& path) {
-        std::ostringstream text;
-        text << std::ifstream(path).rdbuf();
-        return text.str();
-    }
-
-    std::unique_ptr<Window> window;
 };
 
-INSTANTIATE_TEST_SUITE_P(, CopyMode, ::testing::Values(Size{60, 15}, Size{200, 50}),
-                         [](const auto& size) { return std::to_string(size.param.cols); });
+INSTANTIATE_TEST_SUITE_P(, CopyMode, smallestAndLarge(), nameOfSize);
 
 TEST_P(CopyMode, SelectsOverWrappedRowsByCharactersRowsAndBlocks) {
     openWith(R"(printf 'be''gin-%0250d-fin\n  one\n  two\n  th''ree\n' 7)", "three");
@@ -207,7 +181,7 @@ TEST_P(CopyMode, SavesTheHistoryAsAFile) {
     ASSERT_TRUE(untilShows(*window, "There is no folder"));
     window->type("\x15~/kept.txt\r");
     ASSERT_TRUE(untilBottom("lines saved to "));
-    const std::string kept = read(folder.path("kept.txt"));
+    const std::string kept = folder.read("kept.txt");
     EXPECT_THAT(kept, HasSubstr("\nwrap-" + std::string(249, '0') + "7-ped\n1\n2\n"));
     EXPECT_THAT(kept, HasSubstr("\n199\n200\n"));
     EXPECT_TRUE(kept.ends_with("ready>\n")) << kept.substr(kept.size() - 20);
@@ -221,19 +195,20 @@ TEST_P(CopyMode, SavesTheHistoryAsAFile) {
     ASSERT_TRUE(untilShows(*window, "Save the history"));
     window->type("\x15~/kept.txt\r");
     ASSERT_TRUE(untilShows(*window, "The file exists"));
-    EXPECT_EQ(read(folder.path("kept.txt")), "mine\n");
+    EXPECT_EQ(folder.read("kept.txt"), "mine\n");
     window->type("\r");
-    EXPECT_TRUE(until(*window, [&] { return read(folder.path("kept.txt")) == kept; }));
+    EXPECT_TRUE(until(*window, [&] { return folder.read("kept.txt") == kept; }));
 }
 
 TEST_P(CopyMode, TheMouseScrollsAndSelectsInIt) {
     openWith("seq 1001 1300; echo en''d", "end");
     enter();
-    const auto at = [&](int x, int y) { return ";" + std::to_string(x + 1) + ";" + std::to_string(y + 1); };
-    window->type("\x1b[<64" + at(left() + 3, 5) + "M");
+    window->press({left() + 3, 5}, 64);
     ASSERT_TRUE(until(*window, [&] { return window->row(1).contains("-3"); }));
     // From the start of one row to the second column of the next.
-    window->type("\x1b[<0" + at(left(), 3) + "M\x1b[<32" + at(left() + 1, 4) + "M\x1b[<0" + at(left() + 1, 4) + "m");
+    window->press({left(), 3});
+    window->drag({left() + 1, 4});
+    window->release({left() + 1, 4});
     ASSERT_TRUE(until(*window, [&] { return window->clipboard().size() == 7; })) << window->clipboard();
     const std::string first = window->clipboard().substr(0, 4);
     // Keys go on from where the mouse ended.

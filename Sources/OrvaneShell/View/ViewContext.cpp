@@ -65,15 +65,20 @@ std::string ViewContext::keysOf(std::string_view name) const {
     return keys.empty() ? std::string() : keys.front().shown(leader);
 }
 
+std::optional<Uuid> ViewContext::surface() const {
+    const auto shown = project();
+    const auto& active = store.workspace().activeSurfaceID;
+    const auto found = shown ? active.find(*shown) : active.end();
+    return found == active.end() ? std::nullopt : std::optional(found->second);
+}
+
 std::optional<Uuid> ViewContext::focusedLeaf() const {
     const WorkspaceModel& workspace = store.workspace();
-    const auto shown = project();
+    const auto shown = surface();
     if (!shown) return std::nullopt;
-    const auto surface = workspace.activeSurfaceID.find(*shown);
-    if (surface == workspace.activeSurfaceID.end()) return std::nullopt;
-    const auto tree = workspace.surfaceTrees.find(surface->second);
+    const auto tree = workspace.surfaceTrees.find(*shown);
     if (tree == workspace.surfaceTrees.end()) return std::nullopt;
-    const auto focused = workspace.focusedPanes.find(surface->second);
+    const auto focused = workspace.focusedPanes.find(*shown);
     const auto leaves = tree->second.leafIDs();
     if (focused != workspace.focusedPanes.end() && tree->second.contains(focused->second)) return focused->second;
     return leaves.front();

@@ -101,6 +101,8 @@ class ViewContext {
     const std::string& notice() const { return notice_; }
 
     std::optional<Uuid> project() const { return store.workspace().selectedProjectID; }
+    /// The tab that is shown by now; the last frame may have been drawn before several keys that came at once.
+    std::optional<Uuid> surface() const;
     std::optional<Uuid> focusedLeaf() const;
     /// What the focused pane shows; null when it is empty.
     SessionController* focusedSession() const;

@@ -66,8 +66,8 @@ void saveLayout(ViewContext& view) {
                                                   if (PaneLayout::named(name) != nullptr)
                                                       return with.l10n.text("error.layoutNameTaken", name);
                                                   if (name.empty()) return with.l10n.text("error.emptyName");
-                                                  if (with.layout.surface)
-                                                      with.store.saveTemplate(name, *with.layout.surface);
+                                                  if (const auto shown = with.surface())
+                                                      with.store.saveTemplate(name, *shown);
                                                   return {};
                                               }));
 }
@@ -95,9 +95,10 @@ void deleteLayout(ViewContext& view) {
 
 ListOverlay::Item layoutItem(std::string label, std::string detail, const PaneNode& shape) {
     return {.label = std::move(label), .detail = std::move(detail), .choose = [shape](ViewContext& with) {
-                if (!with.layout.surface) return;
+                const auto shown = with.surface();
+                if (!shown) return;
                 with.zoomedLeaf.reset();
-                const auto unplaced = with.store.applyLayout(shape, *with.layout.surface);
+                const auto unplaced = with.store.applyLayout(shape, *shown);
                 if (!unplaced.empty()) {
                     with.say(with.l10n.plural("layout.unplaced", static_cast<long long>(unplaced.size())));
                 }
@@ -220,7 +221,7 @@ void sendToTab(ViewContext& view) {
         for (const SurfaceMeta& meta :
              project ? with.store.workspace().visibleSurfaces(*project) : std::vector<SurfaceMeta>()) {
             const bool isWorkspace = with.store.workspace().surfaceTrees.contains(meta.id);
-            if (!isWorkspace || with.layout.surface == meta.id) continue;
+            if (!isWorkspace || with.surface() == meta.id) continue;
             items.push_back({.label = TabCommands::titleOf(with, meta),
                              .choose = [id = meta.id](ViewContext& then) { sendTo(then, id); }});
         }

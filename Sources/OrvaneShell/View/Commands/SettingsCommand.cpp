@@ -49,8 +49,10 @@ void type(ViewContext& view, const Setting& setting) {
 
 Item item(const ViewContext& view, const Setting& setting) {
     const std::string value = SettingTable::value(setting, view.preferences);
-    Item item{.label = setting.meaning(view.l10n), .detail = value};
-    if (value != setting.fallback) item.detail += " (" + view.l10n.text("settings.otherwise", setting.fallback) + ")";
+    std::string detail = value;
+    if (value != setting.fallback) detail += " (" + view.l10n.text("settings.otherwise", setting.fallback) + ")";
+    // The value comes first: in a narrow window the name has no room.
+    Item item{.label = setting.meaning(view.l10n), .detail = std::move(detail) + "  " + std::string(setting.key)};
     if (setting.kind == Setting::Kind::flag) {
         item.staysOpen = true;
         item.choose = [&setting, value](ViewContext& with) { change(with, setting, value == "on" ? "off" : "on"); };

@@ -26,7 +26,7 @@ std::vector<SurfaceMeta> strip(const ViewContext& view) {
 }
 
 void walk(ViewContext& view, int offset) {
-    if (view.layout.surface) show(view, SurfaceList::neighbour(*view.layout.surface, strip(view), offset));
+    if (const auto shown = view.surface()) show(view, SurfaceList::neighbour(*shown, strip(view), offset));
 }
 
 }  // namespace
@@ -72,18 +72,18 @@ void selectAt(ViewContext& view, int number) {
 
 void moveLeft(ViewContext& view) {
     const auto tabs = strip(view);
-    const auto at = std::ranges::find(tabs, view.layout.surface, &SurfaceMeta::id);
+    const auto at = std::ranges::find(tabs, view.surface(), &SurfaceMeta::id);
     if (at != tabs.end() && at != tabs.begin()) view.store.moveSurface(at->id, std::prev(at)->id);
 }
 
 void moveRight(ViewContext& view) {
     const auto tabs = strip(view);
-    const auto at = std::ranges::find(tabs, view.layout.surface, &SurfaceMeta::id);
+    const auto at = std::ranges::find(tabs, view.surface(), &SurfaceMeta::id);
     if (at != tabs.end() && std::next(at) != tabs.end()) view.store.moveSurface(std::next(at)->id, at->id);
 }
 
 void rename(ViewContext& view) {
-    const auto surface = view.layout.surface;
+    const auto surface = view.surface();
     const SurfaceMeta* meta = surface ? view.store.workspace().surface(*surface) : nullptr;
     if (meta == nullptr) return;
     view.open(std::make_unique<PromptOverlay>(view.l10n.text("view.rename.tab"), meta->title,
@@ -94,7 +94,7 @@ void rename(ViewContext& view) {
 }
 
 void close(ViewContext& view) {
-    const auto surface = view.layout.surface;
+    const auto surface = view.surface();
     if (!surface) return;
     view.open(std::make_unique<ConfirmOverlay>(ConfirmOverlay::Question{
         .title = view.l10n.text("shell.tab.closeConfirmTitle"),
@@ -105,11 +105,12 @@ void close(ViewContext& view) {
 }
 
 void showHidden(ViewContext& view) {
-    if (view.layout.hiddenTabs.empty()) return view.say(view.l10n.text("view.tab.noneHidden"));
+    if (view.wholeLayout().hiddenTabs.empty()) return view.say(view.l10n.text("view.tab.noneHidden"));
     view.open(std::make_unique<ListOverlay>(view, view.l10n.text("shell.tab.overflow"), [](const ViewContext& with) {
         std::vector<ListOverlay::Item> items;
-        items.reserve(with.layout.hiddenTabs.size());
-        for (const SurfaceMeta& meta : with.layout.hiddenTabs) {
+        const ViewLayout layout = with.wholeLayout();
+        items.reserve(layout.hiddenTabs.size());
+        for (const SurfaceMeta& meta : layout.hiddenTabs) {
             items.push_back(
                 {.label = titleOf(with, meta), .choose = [id = meta.id](ViewContext& then) { show(then, id); }});
         }

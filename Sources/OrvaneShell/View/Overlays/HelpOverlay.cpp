@@ -38,7 +38,8 @@ std::vector<Line> linesOf(const ViewContext& view) {
         lines.push_back({.keys = std::move(row.keys), .text = std::move(row.text)});
     }
     lines.push_back({.text = view.l10n.text("view.group.mouse")});
-    for (const char* key : {"view.help.mouse.select", "view.help.mouse.move", "view.help.mouse.shift"})
+    for (const char* key :
+         {"view.help.mouse.select", "view.help.mouse.move", "view.help.mouse.link", "view.help.mouse.shift"})
         lines.push_back({.keys = " ", .text = view.l10n.text(key)});
     return lines;
 }

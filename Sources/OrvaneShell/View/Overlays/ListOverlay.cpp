@@ -38,7 +38,8 @@ void ListOverlay::narrow() {
 }
 
 void ListOverlay::paint(const ViewContext& view, Canvas& canvas) {
-    const int wanted = std::min(mostRows, static_cast<int>(items_.size())) + 2;
+    // An empty list says so in a row.
+    const int wanted = std::clamp(static_cast<int>(items_.size()), 1, mostRows) + 2;
     const CellRect inside = DialogBox::paint(canvas, title_, listCols, wanted);
     CanvasPen pen(canvas, inside);
     rows_ = {inside.x, inside.y + 2, inside.cols, std::max(0, inside.rows - 2)};
