@@ -148,7 +148,7 @@ TEST_P(ViewKeys, SettingsAreShownChangedAndResetWithAClearWordForEachThatCannotB
     change("settings language auto");
     ASSERT_TRUE(untilBottom("C-b commands"));
     change("settings view.leader C-a");
-    ASSERT_TRUE(untilBottom("C-a C-p C-t C-o commands"));
+    ASSERT_TRUE(untilBottom("C-a commands"));
     window->type("\x01%");
     ASSERT_TRUE(untilPanes(2));
     const std::string before = orvane({"settings", "--json"})->output;
