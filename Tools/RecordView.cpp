@@ -183,7 +183,7 @@ void Tour::startAgent(const std::string& title) {
     see("claude");
     terminal_.send("\x15");
     line(title);
-    see("○ " + title);
+    see("◦ " + title);
 }
 
 void Tour::play() {
