@@ -92,7 +92,8 @@ TEST_P(ViewAttention, AllWhoWaitAreInOneListAndAnsweredThereOneAfterTheOther) {
     ASSERT_TRUE(untilShows(*window, "▸ beta"));
     EXPECT_THAT(below("▸ beta"), HasSubstr("Do you want t"));
     EXPECT_TRUE(untilGone(*window, "4  No"));
-    window->type("1");
+    // Typed in one go they were both meant for what was to be read then.
+    window->type("11");
     ASSERT_TRUE(untilShows(*window, "▸ alpha")) << "the next one comes up";
     EXPECT_EQ(orvane({"wait", beta, "--until", "idle", "--timeout", "20"})->status(), 0);
     EXPECT_THAT(orvane({"screen", beta})->output, HasSubstr("The file was"));
